@@ -1,0 +1,67 @@
+/** zorvikrt: the intrinsic functions of a Fortran compiler for x86, from C and C++.
+ *
+ *  Value entries __zorvik_<stem> take their operands by value, reference entries __zorvik_I_<stem> by
+ *  address. A REAL*16, COMPLEX*16 or COMPLEX*32 result goes through the first operand, the result
+ *  address, which is also what the function returns.
+ *
+ *  On 32-bit x86 a REAL result arrives on the FPU stack with the register's precision and exponent
+ *  range: it is rounded when the program stores it. All numeric entries expect the x87 control word
+ *  that the library sets when it is loaded (53 bits, to nearest).
+ */
+#ifndef ZORVIKRT_H
+#define ZORVIKRT_H
+
+#include <stdint.h>
+
+#if !(defined(__GNUC__) && (defined(__i386__) || defined(__x86_64__)))
+#error "zorvikrt needs an x86 target and a compiler with the GNU extensions"
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** COMPLEX*8 and COMPLEX*16. */
+__extension__ typedef float _Complex zorvikrt_complex8;
+__extension__ typedef double _Complex zorvikrt_complex16;
+
+/** REAL*16: the unevaluated sum hi + lo of two doubles, about 106 bits of significand. */
+typedef struct zorvikrt_quad {
+  double hi, lo;
+} zorvikrt_quad;
+
+/** COMPLEX*32. */
+typedef struct zorvikrt_cquad {
+  zorvikrt_quad re, im;
+} zorvikrt_cquad;
+
+#ifdef _WIN32
+#define ZORVIKRT_DATA extern __declspec(dllimport)
+#else
+#define ZORVIKRT_DATA extern
+#endif
+
+#include "entries.h"
+
+/** Sets the floating-point state of the calling thread to the one that the library sets at its load:
+ *  x87 control word 0x027F (53 bits, to nearest, exceptions masked); MXCSR with all exceptions masked,
+ *  round to nearest, FTZ and DAZ, flags clear. A thread that was there before the library was loaded
+ *  calls it once; threads started afterwards inherit the state. */
+static inline void zorvikrt_set_thread_state(void) {
+  const uint16_t control_word = 0x027F;
+  uint32_t mask, mxcsr;
+  unsigned char room[512 + 16];
+  unsigned char *image = room + (16 - (uintptr_t)room % 16) % 16;
+  uint32_t *mask_field = (uint32_t *)(void *)(image + 28);
+  *mask_field = 0;
+  __asm__ __volatile__("fxsave %0" : "+m"(*(unsigned char(*)[512])image));
+  mask = *mask_field != 0 ? *mask_field : 0xFFBFu;
+  mxcsr = 0x9FC0u & mask;
+  __asm__ __volatile__("ldmxcsr %0\n\tfldcw %1" : : "m"(mxcsr), "m"(control_word));
+}
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

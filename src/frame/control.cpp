@@ -1,0 +1,91 @@
+#include "frame/control.hpp"
+
+#include <cpuid.h>
+
+#include <cstring>
+
+#include "frame/sections.hpp"
+
+namespace zrt {
+
+bool processor::has_fisttp = false;
+
+namespace control {
+
+sse sse_state = sse::not_probed;
+static std::uint32_t mxcsr_mask_word = 0;
+
+std::uint32_t mxcsr_get() {
+  std::uint32_t value;
+  asm volatile("stmxcsr %0" : "=m"(value));
+  return value;
+}
+
+std::uint32_t mxcsr_valid_mask() {
+  if (mxcsr_mask_word == 0) {
+    // FXSAVE wants 16-byte alignment, which the stack of a 32-bit caller does not promise.
+    constexpr std::uintptr_t size = 512, alignment = 16, mask_offset = 28;
+    unsigned char room[size + alignment];
+    unsigned char* area =
+        room + (alignment - reinterpret_cast<std::uintptr_t>(room) % alignment) % alignment;
+    std::uint32_t field = 0;
+    std::memcpy(area + mask_offset, &field, sizeof field);
+    asm volatile("fxsave %0" : "+m"(*reinterpret_cast<unsigned char(*)[size]>(area)));
+    std::memcpy(&field, area + mask_offset, sizeof field);
+    mxcsr_mask_word = valid_bits(field);
+  }
+  return mxcsr_mask_word;
+}
+
+std::uint32_t mxcsr_set_masked(std::uint32_t value) {
+  const std::uint32_t old = mxcsr_get();
+  const std::uint32_t valid = value & mxcsr_valid_mask();
+  asm volatile("ldmxcsr %0" : : "m"(valid));
+  return old;
+}
+
+std::uint16_t x87_set_control(std::uint16_t word) {
+  std::uint16_t old;
+  asm volatile("fnstcw %0" : "=m"(old));
+  asm volatile("fldcw %0" : : "m"(word));
+  return old;
+}
+
+sse sse_cpuid_test() {
+  constexpr unsigned fxsr_and_sse2 = 0x05000000;
+  unsigned a, b, c, d;
+  return __get_cpuid(1, &a, &b, &c, &d) != 0 && (d & fxsr_and_sse2) == fxsr_and_sse2 ? sse::usable
+                                                                                     : sse::absent;
+}
+
+static void apply_mxcsr(std::uint32_t word) {
+  mxcsr_set_masked(composed_mxcsr(word, mxcsr_get()));
+}
+
+void probe(std::uint32_t word) {
+  sse_state = sse_cpuid_test();
+  if (sse_state == sse::usable) apply_mxcsr(word);
+}
+
+void fp_set_control(std::uint32_t word) {
+  if (sse_state == sse::usable)
+    apply_mxcsr(word);
+  else if (sse_state == sse::not_probed)
+    guarded_probe(word);
+  x87_set_control(static_cast<std::uint16_t>(word));
+}
+
+static void find_processor() {
+  unsigned a, b, c, d;
+  processor::has_fisttp = __get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_SSE3) != 0;
+}
+
+std::int32_t notified(std::uint32_t reason) {
+  constexpr std::uint32_t process_attach = 1;
+  if (reason == process_attach) find_processor();
+  fp_set_control(load_word);
+  return 1;
+}
+
+}  // namespace control
+}  // namespace zrt
