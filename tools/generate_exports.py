@@ -237,15 +237,16 @@ def references_cpp(entries):
         address = e.result in AT_ADDRESS
         result = "void*" if address else cpp
         parameters = (["void*"] if address else []) + passed
-        out.append(f'extern "C" ZRT_EXPORTED {result} {e.symbol}({", ".join(parameters)});')
+        direct = "direct_" + e.stem
+        out.append(f'extern "C" {result} {direct}({", ".join(parameters)}) ZRT_DIRECT({e.stem});')
         for reference in e.references:
             head = (["void* result"] if address else []) + given
             out.append(f'ZRT_REFERENCE({result}, {reference})({", ".join(head)}) {{')
             if address:
                 arguments = ", ".join([cpp] + kinds)
-                out.append(f'  return forward_to<{arguments}>({", ".join(["result", e.symbol] + names)});')
+                out.append(f'  return forward_to<{arguments}>({", ".join(["result", direct] + names)});')
             else:
-                out.append(f'  return forward<{", ".join(kinds)}>({", ".join([e.symbol] + names)});')
+                out.append(f'  return forward<{", ".join(kinds)}>({", ".join([direct] + names)});')
             out.append("}")
         out.append("")
     return out

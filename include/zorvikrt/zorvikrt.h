@@ -41,7 +41,7 @@ typedef struct zorvikrt_cquad {
 #define ZORVIKRT_DATA extern
 #endif
 
-#include "entries.h"
+#include <zorvikrt/entries.h>
 
 /** Sets the floating-point state of the calling thread to the one that the library sets at its load:
  *  x87 control word 0x027F (53 bits, to nearest, exceptions masked); MXCSR with all exceptions masked,

@@ -1,12 +1,16 @@
-// The exported constants. The library itself never writes them, nor reads them: its own results come
-// from constants of the same bits that no program can change.
+// The exported constants. The library itself never writes them, nor reads them: its own results
+// come from constants of the same bits that no program can change.
 
 #include <cstdint>
 
 #if defined(__ELF__)
-#define ZRT_DATA(type, name) extern "C" __attribute__((visibility("default"))) type name; type name
+#define ZRT_DATA(type, name)                                   \
+  extern "C" __attribute__((visibility("default"))) type name; \
+  type name
 #else
-#define ZRT_DATA(type, name) extern "C" type name; type name
+#define ZRT_DATA(type, name) \
+  extern "C" type name;      \
+  type name
 #endif
 
 ZRT_DATA(const std::uint32_t, __zorvik_FLOAT_NAN) = 0x7FC00000;

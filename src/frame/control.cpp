@@ -58,9 +58,7 @@ sse sse_cpuid_test() {
                                                                                      : sse::absent;
 }
 
-static void apply_mxcsr(std::uint32_t word) {
-  mxcsr_set_masked(composed_mxcsr(word, mxcsr_get()));
-}
+static void apply_mxcsr(std::uint32_t word) { mxcsr_set_masked(composed_mxcsr(word, mxcsr_get())); }
 
 void probe(std::uint32_t word) {
   sse_state = sse_cpuid_test();

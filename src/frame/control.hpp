@@ -1,7 +1,7 @@
 #pragma once
 
-// The floating-point state that the library sets at every notification of the loader, and what of it
-// does not depend on the loader.
+// The floating-point state that the library sets at every notification of the loader, and what of
+// it does not depend on the loader.
 
 #include <cstdint>
 
@@ -14,9 +14,9 @@ inline constexpr std::uint32_t load_word = 0x1027F;
 enum class sse : std::int32_t { absent = -1, not_probed = 0, usable = 1 };
 extern sse sse_state;
 
-/// The MXCSR that a control word asks for, flags clear: exception masks from bits 0 to 5, rounding from
-/// bits 10 and 11; FTZ and DAZ by the selector in the high half: 0 as `current` has them, 1 both set,
-/// anything else both clear.
+/// The MXCSR that a control word asks for, flags clear: exception masks from bits 0 to 5, rounding
+/// from bits 10 and 11; FTZ and DAZ by the selector in the high half: 0 as `current` has them, 1
+/// both set, anything else both clear.
 constexpr std::uint32_t composed_mxcsr(std::uint32_t word, std::uint32_t current) {
   constexpr std::uint32_t ftz_and_daz = 0x8040;
   const std::int32_t selector = static_cast<std::int32_t>(word) >> 16;
@@ -42,19 +42,19 @@ std::uint16_t x87_set_control(std::uint16_t word);
 /// FXSR and SSE2 by cpuid leaf 1: usable or absent.
 sse sse_cpuid_test();
 
-/// Tests the processor, keeps the result in `sse_state`, and where SSE is usable sets MXCSR by `word`.
-/// The MXCSR instructions and the FXSAVE fault where the system has not enabled SSE state.
+/// Tests the processor, keeps the result in `sse_state`, and where SSE is usable sets MXCSR by
+/// `word`. The MXCSR instructions and the FXSAVE fault where the system has not enabled SSE state.
 void probe(std::uint32_t word);
 
-/// Runs `probe` under whatever guard the loader's platform has; a fault leaves `sse_state` at absent.
-/// Defined beside the loader's entry.
+/// Runs `probe` under whatever guard the loader's platform has; a fault leaves `sse_state` at
+/// absent. Defined beside the loader's entry.
 void guarded_probe(std::uint32_t word);
 
 /// Sets the thread's state: MXCSR where SSE is usable, then the x87 word (the low 16 bits).
 void fp_set_control(std::uint32_t word);
 
-/// One notification of the loader: reason 1 is process attach. The state is set whatever the reason.
-/// Returns 1.
+/// One notification of the loader: reason 1 is process attach. The state is set whatever the
+/// reason. Returns 1.
 std::int32_t notified(std::uint32_t reason);
 
 }  // namespace zrt::control

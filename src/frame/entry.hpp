@@ -6,19 +6,30 @@
 //     ZRT_VALUE(real8_result, dsin)(real8 x) { return returned<double>(...); }
 // A reference entry is made by the generator from the list of exports:
 //     ZRT_REFERENCE(real8_result, dsin)(const void* x) {
-//       return forward<operand::real8>(__zorvik_dsin, x);
+//       return forward<operand::real8>(direct_dsin, x);
 //     }
 
 #include "x87.hpp"
 
-#if defined(__ELF__)
-// Protected: exported, and bound directly inside the library, with no detour through the PLT.
-#define ZRT_EXPORTED __attribute__((visibility("protected")))
+#if defined(__ELF__) && defined(ZORVIKRT_BUILDING)
+#define ZRT_EXPORTED __attribute__((visibility("default")))
+// A call of an exported name goes through the PLT, which on i386 needs the address of the GOT in
+// ebx. So each value entry has a hidden second name, by which its reference entries call it
+// directly.
+#define ZRT_VALUE(type, stem)                                            \
+  asm(".globl zorvikrt_direct_" #stem "\n.hidden zorvikrt_direct_" #stem \
+      "\n.set zorvikrt_direct_" #stem ", __zorvik_" #stem);              \
+  extern "C" ZRT_EXPORTED type __zorvik_##stem
+#define ZRT_DIRECT(stem) asm("zorvikrt_direct_" #stem) __attribute__((visibility("hidden")))
 #else
 #define ZRT_EXPORTED
+#define ZRT_VALUE(type, stem) extern "C" type __zorvik_##stem
+#define ZRT_DIRECT(stem) asm(ZRT_SYMBOL_PREFIX "__zorvik_" #stem)
+#define ZRT_SYMBOL_PREFIX_TEXT(prefix) #prefix
+#define ZRT_SYMBOL_PREFIX_OF(prefix) ZRT_SYMBOL_PREFIX_TEXT(prefix)
+#define ZRT_SYMBOL_PREFIX ZRT_SYMBOL_PREFIX_OF(__USER_LABEL_PREFIX__)
 #endif
 
-#define ZRT_VALUE(type, stem) extern "C" ZRT_EXPORTED type __zorvik_##stem
 #define ZRT_REFERENCE(type, stem) extern "C" ZRT_EXPORTED type __zorvik_I_##stem
 /// An exported name that carries no prefix.
 #define ZRT_PLAIN(type, name) extern "C" ZRT_EXPORTED type name
@@ -43,9 +54,9 @@ struct cquad {
 
 // --- Operands ---------------------------------------------------------------------------------
 
-/// A REAL*8 operand by value. On i386 its slots are aligned to 4 bytes; a double that says so is used
-/// where it lies, one that does not would first be copied word by word, which costs a failed store
-/// forwarding at the load.
+/// A REAL*8 operand by value. On i386 its slots are aligned to 4 bytes; a double that says so is
+/// used where it lies, one that does not would first be copied word by word, which costs a failed
+/// store forwarding at the load.
 #if defined(__i386__)
 using real8 = double __attribute__((aligned(4)));
 #else
@@ -86,9 +97,9 @@ template <format F>
 }
 
 // --- Reference entries -------------------------------------------------------------------------
-// An operand kind says what the reference entry is given, what the value entry is passed, and how the
-// one is read from the other. On i386 whatever is copied bit for bit is passed as 32-bit words, so that
-// no copy goes through the FPU, which would quiet a signalling NaN.
+// An operand kind says what the reference entry is given, what the value entry is passed, and how
+// the one is read from the other. On i386 whatever is copied bit for bit is passed as 32-bit words,
+// so that no copy goes through the FPU, which would quiet a signalling NaN.
 
 namespace operand {
 

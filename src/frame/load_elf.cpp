@@ -1,5 +1,6 @@
 // The loader's notifications on ELF. A thread that starts after the load inherits the state of the
-// thread that starts it; one that was there before calls zorvikrt_set_thread_state of the public header.
+// thread that starts it; one that was there before calls zorvikrt_set_thread_state of the public
+// header.
 
 #include "frame/control.hpp"
 

@@ -2,11 +2,11 @@
 
 // The mode sections: the few steps that need another rounding or precision than the caller's word.
 //
-// Each comes in two ways with the same results. The plain way stores the control word in the frame of
-// the call, loads its own word, does its one step and loads the caller's word back, all in one
-// instruction sequence that the compiler cannot break up. The fast way reaches the same value without
-// a change of control word, which costs about 50 ns (an addition: 2 ns). Nobody else writes a control
-// word in numeric code.
+// Each comes in two ways with the same results. The plain way stores the control word in the frame
+// of the call, loads its own word, does its one step and loads the caller's word back, all in one
+// instruction sequence that the compiler cannot break up. The fast way reaches the same value
+// without a change of control word, which costs about 50 ns (an addition: 2 ns). Nobody else writes
+// a control word in numeric code.
 
 #include "x87.hpp"
 
@@ -87,8 +87,8 @@ inline reg exponential(reg x) {
 
 }  // namespace plain
 
-/// Cut to an integral value. Zeros keep their sign, a fraction gives the zero of its sign; from 2**63
-/// on, infinities and NaNs pass as they came.
+/// Cut to an integral value. Zeros keep their sign, a fraction gives the zero of its sign; from
+/// 2**63 on, infinities and NaNs pass as they came.
 [[gnu::always_inline]] inline reg truncated(reg x) {
   if (!processor::has_fisttp) return plain::truncated(x);
   if (!less(fabs(x), 0x1p63L)) return x;

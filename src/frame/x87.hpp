@@ -1,10 +1,12 @@
 #pragma once
 
 // The x87 register model: the type of a value on the FPU stack, the loads and stores that move it
-// to and from memory, the unordered comparisons, and the instructions that the library computes with.
+// to and from memory, the unordered comparisons, and the instructions that the library computes
+// with.
 //
-// Every `+ - * /` on `reg` is one x87 operation in the control word in force: with the library's own
-// word 0x027F the significand rounds to 53 bits, to nearest, and the exponent keeps its 15 bits.
+// Every `+ - * /` on `reg` is one x87 operation in the control word in force: with the library's
+// own word 0x027F the significand rounds to 53 bits, to nearest, and the exponent keeps its 15
+// bits.
 
 #include <bit>
 #include <concepts>
@@ -17,8 +19,8 @@ namespace zrt {
 using reg = long double;
 
 inline constexpr reg infinity = __builtin_infl();
-/// The quiet NaN that the library gives of its own, positive, with the image 0x7FF8000000000000. The
-/// default NaN of the x87 is its negative.
+/// The quiet NaN that the library gives of its own, positive, with the image 0x7FF8000000000000.
+/// The default NaN of the x87 is its negative.
 inline constexpr reg quiet_nan = __builtin_nanl("");
 
 template <class F>
@@ -166,8 +168,8 @@ struct zero_test {
   asm("fcos" : "+t"(a));
   return a;
 }
-/// The tangent, for |a| below 2**63; the 1.0 that `fptan` pushes is dropped. Beyond, the instruction
-/// pushes nothing, so the caller tests first. Infinities and NaNs are in its domain.
+/// The tangent, for |a| below 2**63; the 1.0 that `fptan` pushes is dropped. Beyond, the
+/// instruction pushes nothing, so the caller tests first. Infinities and NaNs are in its domain.
 [[gnu::always_inline]] inline reg fptan(reg a) {
   reg one, tangent;
   asm("fptan" : "=t"(one), "=u"(tangent) : "0"(a));

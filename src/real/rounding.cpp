@@ -1,7 +1,8 @@
 // AINT, ABS, SIGN, DIM, DPROD, MOD, ANINT, NINT, FLOOR and CEILING of REAL*4 and REAL*8.
 //
-// Both formats compute in the same 53-bit arithmetic, so the twins are one kernel. Where a result is
-// not stored it keeps the register's precision and range: amod and dim hand back more than a single.
+// Both formats compute in the same 53-bit arithmetic, so the twins are one kernel. Where a result
+// is not stored it keeps the register's precision and range: amod and dim hand back more than a
+// single.
 
 #include "real/rounding.hpp"
 
@@ -31,8 +32,8 @@ reg positive_difference(const F& a, const F& b) {
   return greater_equal(difference, 0.0L) ? difference : 0.0L;
 }
 
-/// a - trunc(a / p) p, each operation rounded to 53 bits; a quotient of more than 53 bits leaves what
-/// these roundings give. A zero or NaN p gives the library's NaN, before a is looked at.
+/// a - trunc(a / p) p, each operation rounded to 53 bits; a quotient of more than 53 bits leaves
+/// what these roundings give. A zero or NaN p gives the library's NaN, before a is looked at.
 template <format F>
 reg remainder(const F& a, const F& p) {
   const reg divisor = load(p);
@@ -42,13 +43,13 @@ reg remainder(const F& a, const F& p) {
   return dividend - quotient * divisor;
 }
 
-/// |x| + 0.5 truncated, with the sign of x: ties away from zero. The sum rounds to 53 bits, which in
-/// REAL*8 carries the largest value below 0.5 to 1.0. A NaN passes, -0.0 gives +0.0.
+/// |x| + 0.5 truncated, with the sign of x: ties away from zero. The sum rounds to 53 bits, which
+/// in REAL*8 carries the largest value below 0.5 to 1.0. A NaN passes, -0.0 gives +0.0.
 template <format F>
 reg nearest_whole(const F& x) {
   const reg value = load(x);
-  const reg rounded = greater(0.0L, value) ? fchs(truncated(fabs(value) + 0.5L))
-                                           : truncated(value + 0.5L);
+  const reg rounded =
+      greater(0.0L, value) ? fchs(truncated(fabs(value) + 0.5L)) : truncated(value + 0.5L);
   return stored<F>(rounded);
 }
 
@@ -80,7 +81,9 @@ ZRT_VALUE(real4_result, sign)(real4 a, real4 b) { return returned<float>(sign_tr
 ZRT_VALUE(real8_result, ddim)(real8 a, real8 b) {
   return returned<double>(positive_difference(a, b));
 }
-ZRT_VALUE(real4_result, dim)(real4 a, real4 b) { return returned<float>(positive_difference(a, b)); }
+ZRT_VALUE(real4_result, dim)(real4 a, real4 b) {
+  return returned<float>(positive_difference(a, b));
+}
 
 // The 48-bit product is exact.
 ZRT_VALUE(real8_result, dprod)(real4 a, real4 b) { return returned<double>(load(a) * load(b)); }

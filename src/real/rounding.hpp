@@ -6,8 +6,9 @@
 
 namespace zrt::real {
 
-/// Truncation toward zero on the image of the operand: the fraction bits below the point are cleared.
-/// No flag is raised. Fractions and zeros of either sign give +0.0; infinities and NaNs pass.
+/// Truncation toward zero on the image of the operand: the fraction bits below the point are
+/// cleared. No flag is raised. Fractions and zeros of either sign give +0.0; infinities and NaNs
+/// pass.
 template <format F>
 inline reg integral_part(const F& x) {
   constexpr int last = layout<F>::bias + layout<F>::fraction_bits;  // no fraction bits above it

@@ -1,0 +1,56 @@
+#!/usr/bin/env python3
+"""Holds the built library against the list of exports, both ways, and looks at how it is linked.
+
+usage: check_symbols.py LIST LIBRARY
+"""
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
+from generate_exports import parse, symbols  # noqa: E402
+
+
+def run(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+
+
+def main(list_path, library):
+    entries, _ = parse(list_path)
+    listed = symbols(entries)
+    ready = set(symbols([e for e in entries if e.ready]))
+    exported = {}
+    for line in run("nm", "-D", "--defined-only", library).splitlines():
+        _, kind, name = line.split()
+        exported[name] = kind
+    faults = [f"not exported: {name}" for name in sorted(ready - exported.keys())]
+    faults += [f"exported, but not in the list: {name}" for name in sorted(exported.keys() - ready)]
+    for entry in entries:
+        kinds = "RBD" if entry.kind == "data" else "T"
+        for name in symbols([entry]):
+            if name in exported and exported[name] not in kinds:
+                faults.append(f"{name} is of kind {exported[name]}, not {kinds}")
+
+    dynamic = run("readelf", "-d", library)
+    soname = re.findall(r"SONAME.*\[(.*)\]", dynamic)
+    if soname != ["libzorvikrt.so.1"]:
+        faults.append(f"SONAME is {soname}")
+    needed = re.findall(r"NEEDED.*\[(.*)\]", dynamic)
+    if needed not in ([], ["libc.so.6"]):
+        faults.append(f"depends on {needed}, not on the C library alone")
+    if "TEXTREL" in dynamic:
+        faults.append("has text relocations")
+    if not re.search(r"GNU_STACK.* RW ", run("readelf", "-lW", library)):
+        faults.append("asks for an executable stack")
+
+    for fault in faults:
+        print(fault)
+    print(f"{len(exported)} of {len(listed)} names exported, {len(listed) - len(ready)} still missing")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 3:
+        sys.exit("usage: check_symbols.py LIST LIBRARY")
+    sys.exit(main(*sys.argv[1:]))

@@ -1,0 +1,126 @@
+// The two ways of each mode section give the same values and flags under every caller's word; the
+// layer that sets the floating-point state.
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <vector>
+
+#include "frame/control.hpp"
+#include "frame/sections.hpp"
+#include "support/bits.hpp"
+#include "support/x87_state.hpp"
+
+using namespace zrt;
+using namespace support;
+
+namespace {
+
+/// Every rounding at 24, 53 and 64 bits, all exceptions masked.
+const std::vector<std::uint16_t>& callers_words() {
+  static const std::vector<std::uint16_t> words = [] {
+    std::vector<std::uint16_t> all;
+    for (const unsigned precision : {0x000u, 0x200u, 0x300u})
+      for (unsigned rounding = 0; rounding < 4; ++rounding)
+        all.push_back(static_cast<std::uint16_t>(0x7F | precision | rounding << 10));
+    return all;
+  }();
+  return words;
+}
+
+std::vector<reg> operands() {
+  std::vector<reg> values = {0.0L, -0.0L, infinity, -infinity, quiet_nan, -quiet_nan};
+  for (const reg edge : {0.5L, 1.0L, 2.0L, 0x1p31L, 0x1p32L, 0x1p52L, 0x1p53L, 0x1p62L, 0x1p63L,
+                         0x1p64L, 0x1p-16382L, 0x1p16383L, 0x1p31L - 0.5L, 0x1p31L + 0.5L})
+    for (const reg factor : {1.0L, 1.0L - 0x1p-64L, 1.0L + 0x1p-63L}) {
+      values.push_back(edge * factor);
+      values.push_back(-edge * factor);
+    }
+  std::mt19937_64 random(7);
+  for (int i = 0; i < 20000; ++i) {
+    const reg significand = static_cast<reg>(random() | 0x8000000000000000u);
+    const int exponent = static_cast<int>(random() % 140) - 70 - 63;
+    const reg value = __builtin_ldexpl(significand, exponent);
+    values.push_back(random() % 2 ? value : -value);
+  }
+  return values;
+}
+
+template <class Section>
+struct outcome {
+  decltype(Section{}(0.0L)) value;
+  unsigned raised;
+};
+
+template <class Fast, class Plain>
+void expect_same(Fast fast, Plain plain_way) {
+  ASSERT_TRUE(processor::has_fisttp) << "both ways are the same on this processor";
+  const std::vector<reg> values = [] {
+    const under_word wide(0x037F);
+    return operands();
+  }();
+  for (const std::uint16_t word : callers_words()) {
+    const under_word scope(word);
+    for (const reg x : values) {
+      clear_flags();
+      const auto quick = fast(x);
+      const unsigned quick_flags = flags() & ~DE;
+      EXPECT_EQ(control_word(), word | 0x40);
+      clear_flags();
+      const auto plain = plain_way(x);
+      const unsigned plain_flags = flags() & ~DE;
+      if constexpr (std::is_same_v<decltype(quick), const reg>)
+        ASSERT_EQ(register_image(quick), register_image(plain))
+            << register_image(x) << " under " << word;
+      else
+        ASSERT_EQ(quick, plain) << register_image(x) << " under " << word;
+      ASSERT_EQ(quick_flags, plain_flags) << register_image(x) << " under " << word;
+    }
+  }
+}
+
+}  // namespace
+
+TEST(Sections, TruncateTheSameInBothWays) {
+  expect_same([](reg x) { return truncated(x); }, [](reg x) { return plain::truncated(x); });
+}
+
+TEST(Sections, ConvertTheSameInBothWays) {
+  expect_same([](reg x) { return truncated_to_int32(x); },
+              [](reg x) { return plain::truncated_to_int32(x); });
+}
+
+TEST(Sections, TakeThePlainWayWithoutFisttp) {
+  processor::has_fisttp = false;
+  EXPECT_EQ(truncated(-2.5L), -2.0L);
+  EXPECT_EQ(truncated_to_int32(-2.5L), -2);
+  EXPECT_EQ(truncated_to_int64(-0x1p40L - 0.5L), -(std::int64_t{1} << 40));
+  processor::has_fisttp = true;
+}
+
+TEST(Control, SetsTheWordAndTheMxcsrOfTheThread) {
+  using namespace control;
+  ASSERT_EQ(sse_state, sse::usable);
+  fp_set_control(0x20F7F);
+  EXPECT_EQ(control_word(), 0x0F7F);
+  EXPECT_EQ(mxcsr_get(), 0x7F80u);
+  fp_set_control(0x1027F);
+  EXPECT_EQ(control_word(), 0x027F);
+  EXPECT_EQ(mxcsr_get(), 0x9FC0u & mxcsr_valid_mask());
+  fp_set_control(0x0027F);
+  EXPECT_EQ(mxcsr_get(), 0x9FC0u & mxcsr_valid_mask());
+}
+
+TEST(Control, LeavesMxcsrAloneWithoutSse) {
+  using namespace control;
+  mxcsr_set_masked(0x1F80);
+  sse_state = sse::absent;
+  fp_set_control(0x10F7F);
+  EXPECT_EQ(mxcsr_get(), 0x1F80u);
+  EXPECT_EQ(control_word(), 0x0F7F);
+  sse_state = sse::not_probed;  // the first notification probes
+  EXPECT_EQ(notified(2), 1);
+  EXPECT_EQ(sse_state, sse::usable);
+  EXPECT_EQ(control_word(), 0x027F);
+  EXPECT_EQ(mxcsr_get(), 0x9FC0u & mxcsr_valid_mask());
+}
