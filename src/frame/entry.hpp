@@ -54,13 +54,17 @@ struct cquad {
 
 // --- Operands ---------------------------------------------------------------------------------
 
-/// A REAL*8 operand by value. On i386 its slots are aligned to 4 bytes; a double that says so is
-/// used where it lies, one that does not would first be copied word by word, which costs a failed
-/// store forwarding at the load.
+/// A REAL*8 or INTEGER*8 operand by value. On i386 its slots are aligned to 4 bytes; a type that
+/// says so is used where it lies, one that does not would first be copied word by word, which costs
+/// a failed store forwarding at the load.
 #if defined(__i386__)
 using real8 = double __attribute__((aligned(4)));
+using integer8 = std::int64_t __attribute__((aligned(4)));
+using unsigned8 = std::uint64_t __attribute__((aligned(4)));
 #else
 using real8 = double;
+using integer8 = std::int64_t;
+using unsigned8 = std::uint64_t;
 #endif
 using real4 = float;
 
