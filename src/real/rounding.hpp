@@ -16,6 +16,15 @@ inline reg integral_part(const F& x) {
   const int exponent = biased_exponent<F>(bits);
   if (exponent > last) return load(x);
   if (exponent < layout<F>::bias) return 0.0L;
+  if constexpr (std::same_as<F, double>) {
+    // Below 2**31 by way of a 32-bit integer: one store of 32 bits, where the cleared image would
+    // be two, and the 64-bit load behind them a failed store forwarding (5 ns on i386).
+    if (exponent < layout<F>::bias + 31) {
+      const std::uint32_t top = static_cast<std::uint32_t>(bits >> 21) | 0x80000000u;  // 1.fraction
+      const auto whole = static_cast<std::int32_t>(top >> (31 - (exponent - layout<F>::bias)));
+      return load_integer(bits >> 63 != 0 ? -whole : whole);
+    }
+  }
   const image_of<F> fraction = (image_of<F>{1} << (last - exponent)) - 1;
   return load_image<F>(bits & ~fraction);
 }
