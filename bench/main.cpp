@@ -96,7 +96,7 @@ int main(int count, char** words) {
   }
 
   const std::vector<bench::figures> figures = bench::measure(rows);
-  std::printf("%-26s %-18s %10s %10s %10s %8s\n", "entry", "subject", "ns/call", "cycles", "GB/s",
+  std::printf("%-26s %-20s %10s %10s %10s %8s\n", "entry", "subject", "ns/call", "cycles", "GB/s",
               "ratio");
   // A ratio above 1 says that the peer takes longer.
   std::map<std::string, double> own, logarithms;
@@ -104,7 +104,7 @@ int main(int count, char** words) {
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const bench::row& row = rows[i];
     if (row.subject == bench::own) own[row.entry] = figures[i].nanoseconds;
-    std::printf("%-26s %-18s %10.2f %10.1f", row.entry.c_str(), row.subject.c_str(),
+    std::printf("%-26s %-20s %10.2f %10.1f", row.entry.c_str(), row.subject.c_str(),
                 figures[i].nanoseconds, figures[i].cycles);
     if (row.bytes > 0)
       std::printf(" %10.3f", row.bytes / figures[i].nanoseconds);
