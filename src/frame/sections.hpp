@@ -66,6 +66,7 @@ inline std::int64_t truncated_to_int64(reg x) {
 /// e**x in extended mode: t = x log2(e), n = t to the nearest integer, f = t - n,
 /// (f2xm1(f) + 1) 2**n, each step at 64 bits. No range check: an infinite x gives the default NaN.
 inline reg exponential(reg x) {
+  static constexpr float one = 1.0f;
   std::uint16_t callers;
   reg n;
   asm("fnstcw %2\n\t"
@@ -81,7 +82,7 @@ inline reg exponential(reg x) {
       "fscale\n\t"
       "fldcw %2"
       : "=&t"(x), "=&u"(n), "=&m"(callers)
-      : "0"(x), "m"(extended_mode), "m"(1.0f));
+      : "0"(x), "m"(extended_mode), "m"(one));
   return x;
 }
 

@@ -1,0 +1,50 @@
+#pragma once
+
+// What the elementary functions of this room share: polynomials, signs and powers of two without a
+// branch. Each helper is exact or does the very operations that its comment names.
+
+#include "frame/x87.hpp"
+
+namespace zrt::real {
+
+/// Horner from the top coefficient down: ((c[0] z + c[1]) z + ...) + c[last].
+template <int count>
+[[gnu::always_inline]] inline reg polynomial(reg z, const reg (&c)[count]) {
+  reg sum = c[0];
+#pragma GCC unroll 16
+  for (int i = 1; i < count; ++i) sum = sum * z + c[i];
+  return sum;
+}
+
+/// The same with the top coefficient 1, not multiplied: ((z + c[0]) z + ...) + c[last].
+template <int count>
+[[gnu::always_inline]] inline reg monic_polynomial(reg z, const reg (&c)[count]) {
+  reg sum = z + c[0];
+#pragma GCC unroll 16
+  for (int i = 1; i < count; ++i) sum = sum * z + c[i];
+  return sum;
+}
+
+inline constexpr float signed_halves[2] = {0.5f, -0.5f};
+
+/// The value, or `fchs` of it (a NaN's sign flips too), chosen by `fcmov`: the signs of a program's
+/// operands are seldom predictable.
+[[gnu::always_inline]] inline reg negated_if(bool negative, reg value) {
+  asm("testb %2, %2\n\tfcmovne %%st(1), %%st"
+      : "+t"(value)
+      : "u"(fchs(value)), "q"(negative)
+      : "cc");
+  return value;
+}
+
+/// 2**n for n in [-1022, 1023]. The image leaves the FPU in one 64-bit store: two stores of 32 bits
+/// would keep the load waiting until both have reached the cache.
+[[gnu::always_inline]] inline reg power_of_two(const std::int32_t& n) {
+  const reg image = (load_integer(n) + 1023.0L) * 0x1p52L;
+  double slot;
+  reg result;
+  asm("fistpll %1\n\tfldl %1" : "=t"(result), "=m"(slot) : "0"(image));
+  return result;
+}
+
+}  // namespace zrt::real
