@@ -1,0 +1,27 @@
+#pragma once
+
+// 64-bit multiplication, division and remainder as kernels, for the rooms above.
+//
+// On i386 a division is made of the processor's 64-by-32 divides; the x87 route would cost two
+// changes of control word. The one case that takes a single divide and no sign is inline, the rest
+// stands in functions of the same operands, so that they are reached by a jump.
+
+#include "int64/shifts.hpp"
+
+namespace zrt::int64 {
+
+/// What signed division gives for a zero divisor.
+inline constexpr std::int64_t signed_by_zero = INT64_MAX;
+
+/// The low 64 bits of a * b, the same for signed and unsigned numbers.
+constexpr std::int64_t product(std::int64_t a, std::int64_t b) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) * static_cast<std::uint64_t>(b));
+}
+
+/// a / b toward zero. A zero divisor gives the largest integer; the smallest integer by -1 wraps.
+std::int64_t quotient(std::int64_t a, std::int64_t b);
+
+/// The remainder, with the sign of a. A zero divisor gives the largest integer.
+std::int64_t remainder(std::int64_t a, std::int64_t b);
+
+}  // namespace zrt::int64
