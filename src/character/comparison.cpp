@@ -1,0 +1,59 @@
+// Blank-padded comparison, ICHAR and CHAR. Bytes compare as unsigned numbers.
+
+#include <algorithm>
+
+#include "character/strings.hpp"
+#include "entries.hpp"
+
+namespace zrt::character {
+namespace {
+
+/// The order of the rest of the longer operand against blanks: 1 where it sorts after them, -1
+/// before.
+int against_blanks(const char* rest, std::size_t length) {
+  const std::size_t skipped = leading_blanks(rest, length);
+  if (skipped == length) return 0;
+  return static_cast<unsigned char>(rest[skipped]) > static_cast<unsigned char>(blank) ? 1 : -1;
+}
+
+/// -1 where a sorts before b, 1 where it sorts after b, 0 where the two are equal, the shorter one
+/// padded with blanks. A control character sorts before the end of the shorter one.
+int compared(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
+  const std::size_t a_length = extent(alen), b_length = extent(blen);
+  const std::size_t common = std::min(a_length, b_length);
+  if (const int order = std::memcmp(a, b, common); order != 0) return order;
+  if (a_length < b_length) return -against_blanks(b + common, b_length - common);
+  return against_blanks(a + common, a_length - common);
+}
+
+}  // namespace
+}  // namespace zrt::character
+
+using namespace zrt::character;
+
+ZRT_VALUE(std::int32_t, lge)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
+  return compared(a, b, alen, blen) >= 0;
+}
+ZRT_VALUE(std::int32_t, lgt)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
+  return compared(a, b, alen, blen) > 0;
+}
+ZRT_VALUE(std::int32_t, llt)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
+  return compared(a, b, alen, blen) < 0;
+}
+ZRT_VALUE(std::int32_t, lle)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
+  return compared(a, b, alen, blen) <= 0;
+}
+ZRT_VALUE(std::int32_t, cheq)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
+  return compared(a, b, alen, blen) == 0;
+}
+ZRT_VALUE(std::int32_t, chne)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
+  return compared(a, b, alen, blen) != 0;
+}
+
+// The byte is signed: from 0x80 on the result is negative.
+ZRT_VALUE(std::int32_t, ichar)(const char* p) { return static_cast<signed char>(*p); }
+
+ZRT_VALUE(std::int32_t, char)(std::int32_t i, char* dst) {
+  *dst = static_cast<char>(i);
+  return 1;
+}

@@ -1,0 +1,164 @@
+// INDEX in its two forms, LEN, TRIM, LEN_TRIM, ADJUSTL and ADJUSTR.
+
+#include <algorithm>
+
+#include "character/strings.hpp"
+#include "entries.hpp"
+
+namespace zrt::character {
+namespace {
+
+#if defined(__GLIBC__)
+
+/// The last place of `byte` in the `count` bytes from `text`, or null.
+const char* last_byte(const char* text, std::size_t count, char byte) {
+  return static_cast<const char*>(memrchr(text, byte, count));
+}
+
+/// The first place of a non-empty `part` in `text`, or null: linear at worst.
+const char* place_of_frequent(const char* text, std::size_t length, const char* part,
+                              std::size_t part_length) {
+  return static_cast<const char*>(memmem(text, length, part, part_length));
+}
+
+#else
+
+const char* last_byte(const char* text, std::size_t count, char byte) {
+  while (count > 0)
+    if (text[--count] == byte) return text + count;
+  return nullptr;
+}
+
+const char* place_of_frequent(const char* text, std::size_t length, const char* part,
+                              std::size_t part_length) {
+  for (; length >= part_length; ++text, --length)
+    if (*text == *part && std::memcmp(text + 1, part + 1, part_length - 1) == 0) return text;
+  return nullptr;
+}
+
+#endif
+
+/// The first place of a non-empty `part` in `text`, or null. The byte search of the C library goes
+/// from one place of the first character to the next, at the speed of memory. Where that character
+/// turns out to be frequent its calls cost more than they skip, and the search for strings takes
+/// over.
+const char* first_place(const char* text, std::size_t length, const char* part,
+                        std::size_t part_length) {
+  constexpr int calls = 4;
+  constexpr std::ptrdiff_t worth_a_call = 128;  // bytes skipped
+  if (part_length > length) return nullptr;
+  const char* const last_start = text + length - part_length;
+  int misses = 0;
+  const char* at = text;
+  for (const char* mark = text; at <= last_start; ++at) {
+    at = static_cast<const char*>(
+        std::memchr(at, part[0], static_cast<std::size_t>(last_start - at) + 1));
+    if (at == nullptr) return nullptr;
+    if (std::memcmp(at + 1, part + 1, part_length - 1) == 0) return at;
+    if (++misses < calls) continue;
+    if (at - mark < calls * worth_a_call)
+      return place_of_frequent(at + 1, static_cast<std::size_t>(text + length - at) - 1, part,
+                               part_length);
+    mark = at;
+    misses = 0;
+  }
+  return nullptr;
+}
+
+/// The last place of a non-empty `part` in `text`, or null.
+const char* last_place(const char* text, std::size_t length, const char* part,
+                       std::size_t part_length) {
+  if (part_length > length) return nullptr;
+  std::size_t starts = length - part_length + 1;
+  while (const char* at = last_byte(text, starts, part[0])) {
+    if (std::memcmp(at + 1, part + 1, part_length - 1) == 0) return at;
+    starts = static_cast<std::size_t>(at - text);
+  }
+  return nullptr;
+}
+
+/// The position that Fortran counts: from 1, or 0 for none.
+std::int32_t position(const char* text, const char* place) {
+  return place != nullptr ? static_cast<std::int32_t>(place - text) + 1 : 0;
+}
+
+/// An empty part is found at the first position.
+std::int32_t index(const char* text, std::int32_t length, const char* part,
+                   std::int32_t part_length) {
+  if (part_length <= 0) return 1;
+  return position(text, first_place(text, extent(length), part, extent(part_length)));
+}
+
+/// An empty part is found behind the last character.
+std::int32_t index_from_back(const char* text, std::int32_t length, const char* part,
+                             std::int32_t part_length) {
+  if (part_length <= 0) return static_cast<std::int32_t>(extent(length) + 1);
+  return position(text, last_place(text, extent(length), part, extent(part_length)));
+}
+
+/// BACK is true for any word that is not zero, and false where it is absent.
+std::int32_t index_either_way(const char* text, std::int32_t length, const char* part,
+                              std::int32_t part_length, const std::int32_t* back) {
+  return back != nullptr && *back != 0 ? index_from_back(text, length, part, part_length)
+                                       : index(text, length, part, part_length);
+}
+
+/// Cuts to the target first, then trims: characters beyond the target are not looked at.
+std::size_t trim(const char* source, std::size_t source_length, char* target,
+                 std::size_t target_length) {
+  const std::size_t kept = length_without_trailing(source, std::min(source_length, target_length));
+  std::memmove(target, source, kept);
+  return kept;
+}
+
+void adjust_left(const char* source, char* target, std::size_t length) {
+  const std::size_t moved = leading_blanks(source, length);
+  std::memmove(target, source + moved, length - moved);
+  fill_blanks(target + length - moved, moved);
+}
+
+void adjust_right(const char* source, char* target, std::size_t length) {
+  const std::size_t kept = length_without_trailing(source, length);
+  std::memmove(target + length - kept, source, kept);
+  fill_blanks(target, length - kept);
+}
+
+}  // namespace
+}  // namespace zrt::character
+
+using namespace zrt::character;
+
+ZRT_VALUE(std::int32_t, index)
+(const char* str, const char* sub, std::int32_t strlen, std::int32_t sublen) {
+  return index(str, strlen, sub, sublen);
+}
+ZRT_VALUE(std::int32_t, f90_index)
+(const char* str, const char* sub, const std::int32_t* back, std::int32_t strlen,
+ std::int32_t sublen) {
+  return index_either_way(str, strlen, sub, sublen, back);
+}
+ZRT_VALUE(std::int64_t, f90_index_8)
+(const char* str, const char* sub, const std::int32_t* back, std::int32_t strlen,
+ std::int32_t sublen) {
+  return index_either_way(str, strlen, sub, sublen, back);
+}
+
+ZRT_VALUE(std::int32_t, len)(const char*, std::int32_t strlen) {
+  return static_cast<std::int32_t>(extent(strlen));
+}
+ZRT_VALUE(std::int32_t, len_trim)(const char* str, std::int32_t strlen) {
+  return static_cast<std::int32_t>(length_without_trailing(str, extent(strlen)));
+}
+ZRT_VALUE(std::int32_t, trim)
+(const char* src, char* dst, std::int32_t srclen, std::int32_t dstlen) {
+  return static_cast<std::int32_t>(trim(src, extent(srclen), dst, extent(dstlen)));
+}
+
+ZRT_VALUE(std::int32_t, adjustl)(const char* src, char* dst, std::int32_t len) {
+  adjust_left(src, dst, extent(len));
+  return static_cast<std::int32_t>(extent(len));
+}
+ZRT_VALUE(std::int32_t, adjustr)(const char* src, char* dst, std::int32_t len) {
+  adjust_right(src, dst, extent(len));
+  return static_cast<std::int32_t>(extent(len));
+}
