@@ -143,9 +143,7 @@ ZRT_VALUE(std::int64_t, f90_index_8)
   return index_either_way(str, strlen, sub, sublen, back);
 }
 
-ZRT_VALUE(std::int32_t, len)(const char*, std::int32_t strlen) {
-  return static_cast<std::int32_t>(extent(strlen));
-}
+ZRT_VALUE(std::int32_t, len)(const char*, std::int32_t strlen) { return strlen; }
 ZRT_VALUE(std::int32_t, len_trim)(const char* str, std::int32_t strlen) {
   return static_cast<std::int32_t>(length_without_trailing(str, extent(strlen)));
 }
@@ -156,9 +154,9 @@ ZRT_VALUE(std::int32_t, trim)
 
 ZRT_VALUE(std::int32_t, adjustl)(const char* src, char* dst, std::int32_t len) {
   adjust_left(src, dst, extent(len));
-  return static_cast<std::int32_t>(extent(len));
+  return len;
 }
 ZRT_VALUE(std::int32_t, adjustr)(const char* src, char* dst, std::int32_t len) {
   adjust_right(src, dst, extent(len));
-  return static_cast<std::int32_t>(extent(len));
+  return len;
 }
