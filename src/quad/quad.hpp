@@ -2,11 +2,11 @@
 
 // Double-double arithmetic on REAL*16 values, inline, for everything that computes with them.
 //
-// A quad is the unevaluated sum hi + lo of two doubles. Every routine takes operands that are stored
-// doubles and gives a result that is stored; in between, each operation rounds to 53 bits and keeps the
-// register's exponent range. All of it rests on error-free transformations: the two-sum of Knuth and
-// the product of Veltkamp and Dekker. No operand is tested. Infinities turn into NaNs, because the error
-// terms are differences of an operand with itself.
+// A quad is the unevaluated sum hi + lo of two doubles. Every routine takes operands that are
+// stored doubles and gives a result that is stored; in between, each operation rounds to 53 bits
+// and keeps the register's exponent range. All of it rests on error-free transformations: the
+// two-sum of Knuth and the product of Veltkamp and Dekker. No operand is tested. Infinities turn
+// into NaNs, because the error terms are differences of an operand with itself.
 
 #include <array>
 
@@ -35,8 +35,9 @@ inline constexpr quad one = {1.0, 0.0};
 /// What a domain error gives.
 inline constexpr quad invalid = constant(0x7FF8000000000000, 0);
 
-/// The closing sum of a leading part s and a correction t, a fast two-sum and the only renormalisation:
-/// exact for |s| >= |t|. The difference takes the sum as it stands in the register.
+/// The closing sum of a leading part s and a correction t, a fast two-sum and the only
+/// renormalisation: exact for |s| >= |t|. The difference takes the sum as it stands in the
+/// register.
 [[gnu::always_inline]] inline quad closing_sum(reg s, reg t) {
   const reg hi = s + t;
   return stored_pair(hi, (s - hi) + t);
@@ -69,7 +70,8 @@ inline quad* sign_flipped(quad* result, const quad& a) {
 
 // --- Scaling -----------------------------------------------------------------------------------
 
-/// 2**(64 i) at i + 35, and 2**i: powers that reach from the smallest double beyond the largest and back.
+/// 2**(64 i) at i + 35, and 2**i: powers that reach from the smallest double beyond the largest and
+/// back.
 inline constexpr int last_high_power = 35;
 inline constexpr auto high_powers = [] {
   std::array<reg, 2 * last_high_power + 1> power{};
@@ -90,9 +92,9 @@ inline constexpr auto low_powers = [] {
   return power;
 }();
 
-/// a * 2**n: both factors are exact in the register, so that each part is rounded once, by its store,
-/// which is also where it overflows or goes subnormal. Beyond 2240 either way the result of every double
-/// is the same.
+/// a * 2**n: both factors are exact in the register, so that each part is rounded once, by its
+/// store, which is also where it overflows or goes subnormal. Beyond 2240 either way the result of
+/// every double is the same.
 inline quad scaled(const quad& a, std::int32_t n) {
   constexpr std::int32_t limit = 64 * last_high_power;
   n = n > limit ? limit : n < -limit ? -limit : n;
@@ -120,8 +122,8 @@ inline quad scaled(const quad& a, std::int32_t n) {
   return (g - y) + (x - (g + s));
 }
 
-// The low parts join the error of the leading sum, a's first, in rounded additions of their own: the
-// error of a sum is about 2**-105 of the larger operand.
+// The low parts join the error of the leading sum, a's first, in rounded additions of their own:
+// the error of a sum is about 2**-105 of the larger operand.
 
 [[gnu::always_inline]] inline quad add(const quad& a, const quad& b) {
   const reg x = load(a.hi), y = load(b.hi);
@@ -182,8 +184,9 @@ struct two_level_split {
   }
 };
 
-/// a * b - p exactly, for p = a * b rounded: Dekker's product, summed from the leading term down. The
-/// parts live in the register's exponent range, so that neither end of a double's range needs scaling.
+/// a * b - p exactly, for p = a * b rounded: Dekker's product, summed from the leading term down.
+/// The parts live in the register's exponent range, so that neither end of a double's range needs
+/// scaling.
 [[gnu::always_inline]] inline reg product_error(const split& a, const two_level_split& b, reg p) {
   return ((((a.high * b.high - p) + a.high * b.rest) + a.low * b.high) + a.low * b.middle) +
          a.low * b.low;
@@ -218,8 +221,8 @@ inline quad mul_integer(const quad& a, std::int32_t k) {
 }
 
 // --- Quotients ---------------------------------------------------------------------------------
-// One correction step on the quotient of the leading parts. Of the product divisor times quotient it is
-// the quotient that takes the two-level split.
+// One correction step on the quotient of the leading parts. Of the product divisor times quotient
+// it is the quotient that takes the two-level split.
 
 [[gnu::always_inline]] inline quad div(const quad& a, const quad& b) {
   const reg q1 = stored<double>(load(a.hi) / load(b.hi));
