@@ -1,0 +1,41 @@
+// COMPLEX*32 product and quotient.
+
+#include "cquad/cquad.hpp"
+#include "entries.hpp"
+
+namespace zrt::cquads {
+namespace {
+
+cquad product(const cquad& x, const cquad& y) {
+  return {sub(mul(x.re, y.re), mul(x.im, y.im)), add(mul(x.re, y.im), mul(y.re, x.im))};
+}
+
+/// Smith's method: the ratio of the divisor's parts, the smaller over the larger, keeps its squares
+/// in range. The ways differ in the order of operands; equal sizes and NaNs take the second. A
+/// divisor that compares as zero gives the library's NaN.
+cquad quotient(const cquad& x, const cquad& y) {
+  const quad &a = x.re, &b = x.im, &c = y.re, &d = y.im;
+  if (is_zero_or_nan(y)) return invalid;
+  if (greater(load(sub(magnitude(c), magnitude(d)).hi), 0.0L)) {
+    const quad r = div(d, c);
+    const quad den = add(c, mul(d, r));
+    return {div(add(a, mul(b, r)), den), div(sub(b, mul(a, r)), den)};
+  }
+  const quad r = div(c, d);
+  const quad den = add(d, mul(c, r));
+  return {div(add(b, mul(a, r)), den), div(sub(mul(b, r), a), den)};
+}
+
+}  // namespace
+}  // namespace zrt::cquads
+
+using namespace zrt;
+
+ZRT_VALUE(cquad*, cqmul)(cquad* result, cquad x, cquad y) {
+  *result = cquads::product(x, y);
+  return result;
+}
+ZRT_VALUE(cquad*, cqdiv)(cquad* result, cquad x, cquad y) {
+  *result = cquads::quotient(x, y);
+  return result;
+}
