@@ -1,0 +1,18 @@
+# 32-bit Windows, cross-built with Debian's g++-mingw-w64-i686-posix.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR i686)
+set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-posix)
+set(CMAKE_C_COMPILER i686-w64-mingw32-gcc-posix)
+foreach(language C CXX)
+  set(CMAKE_${language}_FLAGS_INIT "-march=i686 -mtune=generic")
+endforeach()
+set(CMAKE_FIND_ROOT_PATH /usr/i686-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+find_program(ZORVIKRT_MINGW i686-w64-mingw32-g++-posix)
+if(NOT ZORVIKRT_MINGW)
+  message(FATAL_ERROR "no i686-w64-mingw32-g++-posix: install the package g++-mingw-w64-i686-posix")
+endif()
