@@ -143,10 +143,17 @@ struct zero_test {
 
 // --- Instructions ------------------------------------------------------------------------------
 
-[[gnu::always_inline]] inline reg fabs(reg a) { return __builtin_fabsl(a); }
-
-/// `fchs`: flips the sign, of a NaN too.
-[[gnu::always_inline]] inline reg fchs(reg a) { return -a; }
+// Sign changes are instructions of their own: a compiler moves a minus through a product or into a
+// constant, which gives a NaN result another sign.
+[[gnu::always_inline]] inline reg fabs(reg a) {
+  asm("fabs" : "+t"(a));
+  return a;
+}
+/// Flips the sign, of a NaN too.
+[[gnu::always_inline]] inline reg fchs(reg a) {
+  asm("fchs" : "+t"(a));
+  return a;
+}
 
 /// The sign bit, of a zero or a NaN too.
 [[gnu::always_inline]] inline bool sign_bit(reg a) { return __builtin_signbit(a) != 0; }
