@@ -36,16 +36,24 @@ template <class T>
   asm volatile("" : : "m"(value));
 }
 
+/// An operand as a function takes it by value. A peer with a format of its own gives its conversion.
+template <class A>
+struct by_value {
+  static A from(const support::operand& operand) {
+    A value;
+    static_assert(sizeof value <= sizeof operand.bytes);
+    std::memcpy(&value, operand.bytes.data(), sizeof value);
+    return value;
+  }
+};
+
 /// One operand as the function takes it: the value, or for an operand by address where it lies.
 template <class A>
 A argument(char code, support::operand& operand, bool by_address) {
   if constexpr (std::is_pointer_v<A>)
     if (by_address && !support::same_in_both_forms(code))
       return reinterpret_cast<A>(operand.bytes.data());
-  A value;
-  static_assert(sizeof value <= sizeof operand.bytes);
-  std::memcpy(&value, operand.bytes.data(), sizeof value);
-  return value;
+  return by_value<A>::from(operand);
 }
 
 /// Adds a row that calls `function` over random operands; `codes` and `samples` describe them as

@@ -16,7 +16,7 @@ cquad product(const cquad& x, const cquad& y) {
 cquad quotient(const cquad& x, const cquad& y) {
   const quad &a = x.re, &b = x.im, &c = y.re, &d = y.im;
   if (is_zero_or_nan(y)) return invalid;
-  if (greater(load(sub(magnitude(c), magnitude(d)).hi), 0.0L)) {
+  if (greater(leading(sub(magnitude(c), magnitude(d))), 0.0L)) {
     const quad r = div(d, c);
     const quad den = add(c, mul(d, r));
     return {div(add(a, mul(b, r)), den), div(sub(b, mul(a, r)), den)};

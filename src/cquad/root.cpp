@@ -18,19 +18,19 @@ quad hypotenuse(const quad& larger, const quad& q) {
 /// infinities turn the comparison of the parts into a NaN, which takes the second way.
 quad* modulus(quad* result, const cquad& z) {
   const quad a = magnitude(z.im), b = magnitude(z.re);
-  const quad t = sub(b, a);
+  const reg order = leading(sub(b, a));
   if (quads::is_zero_or_nan(a))
     return negative(z.re) ? sign_flipped(result, z.re) : as_it_came(result, z.re);
   if (quads::is_zero_or_nan(b))
     return negative(z.im) ? sign_flipped(result, z.im) : as_it_came(result, z.im);
-  *result = greater(load(t.hi), 0.0L) ? hypotenuse(b, div(a, b)) : hypotenuse(a, div(b, a));
+  *result = greater(order, 0.0L) ? hypotenuse(b, div(a, b)) : hypotenuse(a, div(b, a));
   return result;
 }
 
 /// |z| for the square root. On the real axis it is the root of the square, unless that overflows.
 quad modulus_for_root(const cquad& z) {
   const quad re = magnitude(z.re), im = magnitude(z.im);
-  if (greater(load(sub(re, im).hi), 0.0L)) return hypotenuse(re, div(z.im, z.re));
+  if (greater(leading(sub(re, im)), 0.0L)) return hypotenuse(re, div(z.im, z.re));
   if (!quads::is_zero_or_nan(im)) return hypotenuse(im, div(z.re, z.im));
   const quad p = mul(z.re, z.re);
   return fabs(load(p.hi)) == infinity ? re : square_root(p);

@@ -44,10 +44,10 @@ quad arctangent(const quad& x) {
   const bool below_zero = negative(x);
   const quad a = below_zero ? neg(x) : x;
   quad y = a, base = zero;
-  if (greater(load(sub(a, tan_3pi_8).hi), 0.0L)) {
+  if (greater(leading(sub(a, tan_3pi_8)), 0.0L)) {
     y = div(-1.0L, a);
     base = half_pi;
-  } else if (greater(load(sub(a, tan_pi_8).hi), 0.0L)) {
+  } else if (greater(leading(sub(a, tan_pi_8)), 0.0L)) {
     y = div(sub(a, 1.0L), add(a, 1.0L));
     base = quarter_pi;
   }

@@ -12,7 +12,7 @@ constexpr std::int32_t below = 0x0100, equal = 0x4000, unordered = 0x4500;
 /// The condition bits that a comparison of a with b would leave. An infinite leading part counts as
 /// unordered, like a NaN.
 std::int32_t condition_bits(const quad& a, const quad& b) {
-  const reg difference = load(sub(a, b).hi);
+  const reg difference = leading(sub(a, b));
   constexpr int all_ones = layout<double>::exponent_mask;
   if (biased_exponent<double>(image(a.hi)) == all_ones ||
       biased_exponent<double>(image(b.hi)) == all_ones)

@@ -49,8 +49,13 @@ struct reduced_angle {
   quad cos_k, sin_k;
 };
 
-/// The parity of a whole number of any size; beyond 2**63, and for infinities and NaNs, even.
-bool is_odd(reg n) { return less(fabs(n), 0x1p63L) && (fistp64(n) & 1) != 0; }
+/// The parity of a whole number of any size; beyond 2**63, and for infinities and NaNs, even. What
+/// does not fit 32 bits raises invalid, as the store of such a quotient does.
+bool is_odd(reg n) {
+  const std::int32_t short_n = fistp32(n);
+  if (short_n != INT32_MIN) return (short_n & 1) != 0;
+  return less(fabs(n), 0x1p63L) && (fistp64(n) & 1) != 0;
+}
 
 /// sin r and cos r for |r| <= pi/80: the two Taylor series in one loop, term by term, t the running
 /// term. Terms up to quad_limit go in double precision into the low parts alone. The leading 1 and
@@ -100,11 +105,11 @@ void series(const quad& r, quad& cosine, quad& sine) {
 reduced_angle reduced(const quad& x) {
   const reduction first = reduce(x, pi);
   reduction second = reduce(first.remainder, pi_40th);
-  if (!less_equal(fabs(second.quotient), 20.0L)) {
+  std::int32_t k = fistp32(second.quotient);
+  if (k > last_row || k < -last_row) {
     if (!is_nan(second.quotient)) second.remainder = zero;
-    second.quotient = 0.0L;
+    k = 0;
   }
-  const std::int32_t k = fistp32(second.quotient);
   reduced_angle angle;
   angle.odd = is_odd(first.quotient);
   series(second.remainder, angle.cos_r, angle.sin_r);

@@ -51,12 +51,12 @@ std::uint64_t to_unsigned(const quad& a) {
 
 /// The whole number nearest x, ties away from zero. Keeps the sign of a zero; whole numbers,
 /// infinities and NaNs pass.
-reg nearest_whole(reg x) {
-  const reg size = fabs(x);
-  if (!less(size, 0x1p52L)) return x;
-  const reg whole = truncated(size);
+reg nearest_whole(const double& x) {
+  const reg value = load(x), size = fabs(value);
+  if (!less(size, 0x1p52L)) return value;
+  const reg whole = fabs(real::integral_part(x));
   const reg rounded = greater_equal(size - whole, 0.5L) ? whole + 1.0L : whole;
-  return sign_bit(x) ? fchs(rounded) : rounded;
+  return sign_bit(value) ? fchs(rounded) : rounded;
 }
 
 /// The nearest whole number. Of a whole hi, or a NaN, the low part decides; otherwise it counts
@@ -64,8 +64,8 @@ reg nearest_whole(reg x) {
 /// lo counts as negative there.
 quad nearest(const quad& a) {
   const reg hi = load(a.hi);
-  const reg q = nearest_whole(hi);
-  if (compares_equal(hi, q)) return joined(q, nearest_whole(load(a.lo)));
+  const reg q = nearest_whole(a.hi);
+  if (compares_equal(hi, q)) return joined(q, nearest_whole(a.lo));
   if (fabs(q - hi) == 0.5L) {
     if (greater(hi, 0.0L)) {
       if (!greater_equal(load(a.lo), 0.0L)) return widened(q - 1.0L);
@@ -82,12 +82,12 @@ quad half_away(const quad& a) {
 }
 
 /// The nearest 32-bit integer by hi of the sum alone; out of range and NaN give 0x80000000.
-std::int32_t nearest_integer(const quad& a) { return truncated_to_int32(load(half_away(a).hi)); }
+std::int32_t nearest_integer(const quad& a) { return truncated_to_int32(leading(half_away(a))); }
 
 /// a - b, or zero where that is negative or a NaN.
 quad positive_difference(const quad& a, const quad& b) {
   const quad d = sub(a, b);
-  return greater_equal(load(d.hi), 0.0L) ? d : zero;
+  return greater_equal(leading(d), 0.0L) ? d : zero;
 }
 
 /// a - trunc(a / b) b. The quotient has some 106 bits; beyond, the result is what these steps
@@ -181,5 +181,7 @@ ZRT_VALUE(quad*, fmodl)(quad* result, quad a, quad b) {
 ZRT_VALUE(quad*, frexpl)(quad* result, quad q, std::int32_t* e) {
   const parts taken_apart = significand_and_exponent(q);
   *e = taken_apart.exponent;
-  return as_it_came(result, taken_apart.significand);
+  std::memcpy(&result->hi, &taken_apart.hi, sizeof taken_apart.hi);
+  std::memcpy(&result->lo, &taken_apart.lo, sizeof taken_apart.lo);
+  return result;
 }

@@ -32,10 +32,12 @@ inline quad truncation(const quad& a) {
   return greater_equal(load(a.hi), 0.0L) ? floor(a) : ceiling(a);
 }
 
-/// A value taken apart: significand * 2**exponent.
+/// A value taken apart, the significand as images of its parts.
 struct parts {
-  quad significand;
+  std::uint64_t hi, lo;
   std::int32_t exponent;
+
+  quad significand() const { return constant(hi, lo); }
 };
 
 /// The significand with a leading part in [0.5, 1), on the bit fields alone. Zero and NaN leading
@@ -46,7 +48,7 @@ inline parts significand_and_exponent(const quad& q) {
   constexpr std::uint64_t exponent_field = std::uint64_t{layout<double>::exponent_mask}
                                            << fraction_bits;
   constexpr int half = layout<double>::bias - 1;
-  if (compares_equal(load(q.hi), 0.0L)) return {zero, 0};
+  if (compares_equal(load(q.hi), 0.0L)) return {0, 0, 0};
   std::uint64_t hi = image(q.hi);
   int e = biased_exponent<double>(hi);
   if (e == 0) {
@@ -64,7 +66,7 @@ inline parts significand_and_exponent(const quad& q) {
     const auto moved = static_cast<std::uint64_t>(low_exponent - e);
     lo = low_exponent <= e ? 0 : (lo & ~exponent_field) | (moved << fraction_bits & exponent_field);
   }
-  return {{std::bit_cast<double>(hi), std::bit_cast<double>(lo)}, e};
+  return {hi, lo, e};
 }
 
 }  // namespace zrt::quads

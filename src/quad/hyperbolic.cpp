@@ -42,7 +42,7 @@ quad sine_series(const quad& x) {
     k = k + 2.0L;
     term = div(mul(term, s), k * (k - 1.0L));
     sum = add(sum, term);
-  } while (greater(load(sub(magnitude(term), tolerance).hi), 0.0L));
+  } while (greater(leading(sub(magnitude(term), tolerance)), 0.0L));
   return sum;
 }
 
@@ -50,7 +50,7 @@ quad sine_series(const quad& x) {
 quad hyperbolic_tangent(const quad& x) {
   const quad a = magnitude(x);
   const bool below_zero = negative(x);
-  if (greater(load(sub(a, saturation_limit).hi), 0.0L)) return below_zero ? quad{-1.0, 0.0} : one;
+  if (greater(leading(sub(a, saturation_limit)), 0.0L)) return below_zero ? quad{-1.0, 0.0} : one;
   if (greater_equal(load(a.hi), rational_limit)) {
     const quad e = exponential(mul(a, 2.0L));
     const quad r = sub(1.0L, div(2.0L, add(e, 1.0L)));
@@ -67,7 +67,7 @@ quad hyperbolic_tangent(const quad& x) {
 // NaNs where either overflows and has the error of the exponential, up to 2**-96.
 quad hyperbolic_sine(const quad& x) {
   if (is_zero_or_nan(x)) return zero;
-  if (!greater(load(sub(magnitude(x), series_limit).hi), 0.0L)) return sine_series(x);
+  if (!greater(leading(sub(magnitude(x), series_limit)), 0.0L)) return sine_series(x);
   const quad e = exponential(x);
   return mul(sub(e, div(1.0L, e)), 0.5L);
 }

@@ -69,7 +69,7 @@ constexpr quad far_denominator[] = {
 
 /// The logarithm of m 2**e for operands near 1, where a small result keeps its relative accuracy.
 quad near_one(const quad& m, std::int32_t e) {
-  const bool low = negative(sub(m, sqrt_half));
+  const bool low = less(leading(sub(m, sqrt_half)), 0.0L);
   if (low) --e;
   const quad v = sub(low ? scaled_by(m, 2.0L) : m, 1.0L);
   const quad w = mul(v, v);
@@ -84,7 +84,7 @@ quad near_one(const quad& m, std::int32_t e) {
 /// The same by z = 2 (m - 1) / (m + 1), formed from m/2 where the exponent moves.
 quad far_from_one(const quad& m, std::int32_t e) {
   quad a, b;
-  if (negative(sub(m, sqrt_half))) {
+  if (less(leading(sub(m, sqrt_half)), 0.0L)) {
     --e;
     a = sub(m, 0.5L);
     b = add(mul(a, 0.5L), 0.5L);
@@ -108,11 +108,11 @@ quad far_from_one(const quad& m, std::int32_t e) {
 // 2**-104. Zeros give -infinity, +infinity passes; negative operands and NaNs give the library's
 // NaN.
 quad logarithm(const quad& x) {
-  const reg leading = load(x.hi);
-  if (!greater(leading, 0.0L)) return leading == 0.0L ? minus_infinity : invalid;
-  if (leading == infinity) return plus_infinity;
+  const reg value = load(x.hi);
+  if (!greater(value, 0.0L)) return value == 0.0L ? minus_infinity : invalid;
+  if (value == infinity) return plus_infinity;
   const parts taken_apart = significand_and_exponent(x);
-  const quad& m = taken_apart.significand;
+  const quad m = taken_apart.significand();
   const std::int32_t e = taken_apart.exponent;
   return e > 2 || e < -2 ? far_from_one(m, e) : near_one(m, e);
 }

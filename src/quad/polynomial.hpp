@@ -40,7 +40,7 @@ struct reduction {
 /// its units the remainder leaves [-|y|, |y|] and is taken for zero. Infinities and NaNs in x give
 /// NaNs.
 inline reduction reduce(const quad& x, const quad& y) {
-  const reg t = load(div(x, y).hi);
+  const reg t = leading(div(x, y));
   const double rounded = static_cast<double>(less(t, 0.0L) ? t - 0.5L : t + 0.5L);
   const reg n = real::integral_part(rounded);
   const quad above = sub(widened(load(x.hi)), product(n, load(y.hi)));
