@@ -53,8 +53,8 @@ OPERANDS = {
     "d": number("REAL*8", "zrt::real8", "real8", "double", "real(c_double)"),
     "c": number("COMPLEX*8", "zrt::fcomplex", "complex8", "zorvikrt_complex8", "complex(c_float_complex)"),
     "z": number("COMPLEX*16", "zrt::dcomplex", "complex16", "zorvikrt_complex16", "complex(c_double_complex)"),
-    "q": number("REAL*16", "zrt::quad", "real16", "zorvikrt_quad", "type(zorvikrt_quad)"),
-    "x": number("COMPLEX*32", "zrt::cquad", "complex32", "zorvikrt_cquad", "type(zorvikrt_cquad)"),
+    "q": number("REAL*16", "zrt::quad", "real16", "zorvikrt_quad", "type(real16)"),
+    "x": number("COMPLEX*32", "zrt::cquad", "complex32", "zorvikrt_cquad", "type(complex32)"),
     "a": as_given("CHARACTER, read", "const char*", "const char *", "character(kind=c_char), intent(in)"),
     "A": as_given("CHARACTER, written", "char*", "char *", "character(kind=c_char), intent(inout)"),
     "n": as_given("length", "std::int32_t", "int32_t", "integer(c_int32_t)"),
@@ -62,8 +62,8 @@ OPERANDS = {
     "L": as_given("address of a LOGICAL or null", "const std::int32_t*", "const int32_t *", "integer(c_int32_t), intent(in), optional"),
     "P": as_given("address of an INTEGER*4, read", "const std::int32_t*", "const int32_t *", "integer(c_int32_t), intent(in)"),
     "I": as_given("address of an INTEGER*4, written", "std::int32_t*", "int32_t *", "integer(c_int32_t), intent(inout)"),
-    "T": as_given("REAL*16 table", "const zrt::quad*", "const zorvikrt_quad *", "type(zorvikrt_quad), intent(in)"),
-    "Q": as_given("address of a REAL*16, written", "zrt::quad*", "zorvikrt_quad *", "type(zorvikrt_quad), intent(inout)"),
+    "T": as_given("REAL*16 table", "const zrt::quad*", "const zorvikrt_quad *", "type(real16), intent(in)"),
+    "Q": as_given("address of a REAL*16, written", "zrt::quad*", "zorvikrt_quad *", "type(real16), intent(inout)"),
 }
 ARRAYS = "aAT"                # Fortran assumed-size operands
 FORTRAN_BY_VALUE = "nm"       # operands that are values in both forms
@@ -80,8 +80,8 @@ RESULTS = {
     "v": ("void", "void", None),
     # Through the result address:
     "z": ("zrt::dcomplex", "zorvikrt_complex16", "complex(c_double_complex)"),
-    "q": ("zrt::quad", "zorvikrt_quad", "type(zorvikrt_quad)"),
-    "x": ("zrt::cquad", "zorvikrt_cquad", "type(zorvikrt_cquad)"),
+    "q": ("zrt::quad", "zorvikrt_quad", "type(real16)"),
+    "x": ("zrt::cquad", "zorvikrt_cquad", "type(complex32)"),
 }
 AT_ADDRESS = "zqx"
 
@@ -321,18 +321,18 @@ def fortran_lines(text):
 
 def fortran_interface(e, reference):
     name = ("zorvik_i_" + reference if reference else
-            "zorvik_" + e.stem if e.kind == "value" else e.stem.strip("_").lower())
+            "zorvik_" + e.stem.strip("_").lower())
     symbol = "__zorvik_I_" + reference if reference else e.symbol
     address = e.result in AT_ADDRESS
     # A Fortran name may not repeat the name of the procedure or of its result.
     names = [operand for operand, _ in e.operands]
     arguments = (["answer"] if address else []) + names
     function = e.result != "v" and not address
-    out = fortran_lines(f'  {"function" if function else "subroutine"} {name}({", ".join(arguments)})'
+    # Not pure: what reads memory at an address, and a function that also writes to an operand.
+    impure = "mAIQ" if function else "m"
+    pure = "" if any(code in impure for _, code in e.operands) else "pure "
+    out = fortran_lines(f'  {pure}{"function" if function else "subroutine"} {name}({", ".join(arguments)})'
                         f' bind(c, name="{symbol}")' + (" result(answer)" if function else ""))
-    imports = ["c_int32_t"]
-    codes = [code for _, code in e.operands] + [e.result]
-    text = " ".join([OPERANDS[c].fortran for _, c in e.operands] + [RESULTS[e.result][2] or ""])
     out.append("    import")
     if function:
         out.append(f"    {RESULTS[e.result][2]} :: answer")
