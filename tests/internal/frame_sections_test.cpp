@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 #include <vector>
 
@@ -88,6 +89,25 @@ TEST(Sections, TruncateTheSameInBothWays) {
 TEST(Sections, ConvertTheSameInBothWays) {
   expect_same([](reg x) { return truncated_to_int32(x); },
               [](reg x) { return plain::truncated_to_int32(x); });
+}
+
+TEST(Sections, ComputeTheSameExponentialInBothWays) {
+  expect_same([](reg x) { return exponential(x); }, [](reg x) { return plain::exponential(x); });
+  // Dense where the functions call it, REAL*8 operands and whole multiples of ln 2 among them.
+  std::mt19937_64 random(8);
+  const auto unit = [&] {
+    return static_cast<reg>(static_cast<std::int64_t>(random())) * 0x1p-63L;
+  };
+  for (int i = 0; i < 1000000; ++i) {
+    const reg scale = std::array{1.0L, 20.0L, 700.0L, 701.0L}[random() % 4];
+    const reg near_multiple = static_cast<reg>(static_cast<std::int32_t>(random() % 2020) - 1010) *
+                              0.5L * 0x1.62e42fefa39efp-1L;
+    const reg x = i % 3 == 0   ? near_multiple * (1.0L + unit() * 0x1p-50L)
+                  : i % 3 == 1 ? stored<double>(unit() * scale)
+                               : unit() * scale;
+    ASSERT_EQ(register_image(exponential(x)), register_image(plain::exponential(x)))
+        << register_image(x);
+  }
 }
 
 TEST(Sections, TakeThePlainWayWithoutFisttp) {
