@@ -16,3 +16,11 @@ find_program(ZORVIKRT_MINGW i686-w64-mingw32-g++-posix)
 if(NOT ZORVIKRT_MINGW)
   message(FATAL_ERROR "no i686-w64-mingw32-g++-posix: install the package g++-mingw-w64-i686-posix")
 endif()
+
+# What scripts/wine.sh leaves.
+set(launcher "${CMAKE_CURRENT_LIST_DIR}/../build/wine/wine")
+if(EXISTS "${launcher}")
+  get_filename_component(CMAKE_CROSSCOMPILING_EMULATOR "${launcher}" ABSOLUTE)
+else()
+  set(CMAKE_CROSSCOMPILING_EMULATOR "")
+endif()

@@ -219,16 +219,3 @@ TEST(ReferenceEntries, GiveWhatTheValueEntriesGive) {
 }
 
 #endif
-
-TEST(Constants, HaveTheirBits) {
-#define ZRT_VALUE_ENTRY(...)
-#define ZRT_REFERENCE_ENTRY(...)
-#define ZRT_PLAIN_ENTRY(...)
-#undef ZRT_DATA
-#define ZRT_DATA(symbol, width, bits)                \
-  {                                                  \
-    extern std::uint##width##_t symbol asm(#symbol); \
-    EXPECT_EQ(symbol, std::uint##width##_t{bits});   \
-  }
-#include "entry_table.inc"
-}

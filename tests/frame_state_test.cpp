@@ -29,12 +29,14 @@ TEST(State, StandsAfterTheLoad) {
   EXPECT_EQ(mxcsr() & ~mxcsr_flags, 0x9FC0u);
 }
 
+#if defined(__ELF__)
 TEST(State, IsInheritedByNewThreads) {
   std::thread([] {
     EXPECT_EQ(control_word() & 0x0F3F, 0x023F);
     EXPECT_EQ(mxcsr() & ~mxcsr_flags, 0x9FC0u);
   }).join();
 }
+#endif
 
 TEST(Mxcsr, IsComposedFromTheControlWord) {
   using zrt::control::composed_mxcsr;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <thread>
 
 #include "support/x87_state.hpp"
@@ -15,6 +16,20 @@ TEST(PublicHeader, DeclaresBothEntryForms) {
   const int16_t narrow = static_cast<int16_t>(__zorvik_iidnnt(32768.0));
   EXPECT_EQ(narrow, -32768);
   EXPECT_EQ(__zorvik_FLOAT_MAX, 0x1.fffffep+126f);
+}
+
+TEST(PublicHeader, DeclaresTheConstants){
+#define ZRT_VALUE_ENTRY(...)
+#define ZRT_REFERENCE_ENTRY(...)
+#define ZRT_PLAIN_ENTRY(...)
+#define ZRT_DATA(symbol, width, bits)                        \
+  {                                                          \
+    std::uint##width##_t image;                              \
+    static_assert(sizeof image == sizeof symbol);            \
+    std::memcpy(&image, &symbol, sizeof image);              \
+    EXPECT_EQ(image, std::uint##width##_t{bits}) << #symbol; \
+  }
+#include "entry_table.inc"
 }
 
 TEST(PublicHeader, GivesAnOlderThreadTheState) {

@@ -46,7 +46,9 @@ typedef struct zorvikrt_cquad {
 /** Sets the floating-point state of the calling thread to the one that the library sets at its load:
  *  x87 control word 0x027F (53 bits, to nearest, exceptions masked); MXCSR with all exceptions masked,
  *  round to nearest, FTZ and DAZ, flags clear. A thread that was there before the library was loaded
- *  calls it once; threads started afterwards inherit the state. */
+ *  calls it once. On Linux threads started afterwards inherit the state. On Windows the DLL sets it on
+ *  each new thread, but start code may come after it and put the FPU back: MinGW's does, in main and
+ *  in std::thread, and there a thread calls this function first. */
 static inline void zorvikrt_set_thread_state(void) {
   const uint16_t control_word = 0x027F;
   uint32_t mask, mxcsr;

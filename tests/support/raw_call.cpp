@@ -3,7 +3,6 @@
 #if defined(__i386__)
 
 // What the assembly below reads and writes, at fixed offsets.
-extern "C" {
 struct raw_call_frame {
   void (*entry)();                // 0
   const std::uint32_t* slots;     // 4
@@ -18,14 +17,14 @@ struct raw_call_frame {
   std::uint32_t eflags;           // 56
   unsigned char st0[12];          // 60
   std::uint16_t environment[14];  // 72: FNSTENV image
-} raw_call_frame;
-void raw_call_go();
-}
+};
+extern "C" struct raw_call_frame raw_call_frame asm("raw_call_frame");
+extern "C" void raw_call_go() asm("raw_call_go");
+struct raw_call_frame raw_call_frame;
 
 asm(R"(
     .text
     .globl raw_call_go
-    .type raw_call_go, @function
 raw_call_go:
     pushl %ebp
     pushl %ebx
@@ -75,12 +74,11 @@ raw_call_go:
     popl %ebx
     popl %ebp
     ret
-    .size raw_call_go, .-raw_call_go
-    .local raw_call_saved
-    .comm raw_call_saved, 4, 4
-    .section .note.GNU-stack,"",@progbits
-    .text
+    .lcomm raw_call_saved, 4
 )");
+#if defined(__ELF__)
+asm(".section .note.GNU-stack,\"\",@progbits\n\t.text");
+#endif
 
 namespace support {
 

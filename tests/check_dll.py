@@ -1,0 +1,54 @@
+#!/usr/bin/env python3
+"""Holds the exports of the Windows DLL against the list, both ways, and looks at how it is linked.
+
+usage: check_dll.py LIST DLL OBJDUMP
+"""
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
+from generate_exports import parse, symbols  # noqa: E402
+
+NO_SEH = 0x400          # would forbid the handler of the probe
+DYNAMIC_BASE_AND_NX = 0x140
+SYSTEM_DLLS = {"KERNEL32.dll", "msvcrt.dll"}
+
+
+def main(list_path, dll, objdump):
+    entries, _ = parse(list_path)
+    ready = set(symbols([e for e in entries if e.ready]))
+    dump = subprocess.run([objdump, "-p", dll], check=True, capture_output=True, text=True).stdout
+
+    table = dump.partition("[Ordinal/Name Pointer] Table")[2].partition("\n\n")[0]
+    exported = re.findall(r"^\s*\[\s*\d+\]\s+(?:\+base\[\s*\d+\]\s+)?(?:[0-9a-f]{4,8} )?(\S+)$", table, re.M)
+    faults = [f"not exported: {name}" for name in sorted(ready - set(exported))]
+    faults += [f"exported, but not in the list: {name}" for name in sorted(set(exported) - ready)]
+    addresses = re.search(r"Export Address Table \t*\s*([0-9a-f]{8})", dump)
+    if addresses is None or int(addresses[1], 16) != len(exported):
+        faults.append("there are exports without a name")
+
+    imported = set(re.findall(r"DLL Name: (\S+)", dump))
+    if not imported <= SYSTEM_DLLS:
+        faults.append(f"depends on {sorted(imported - SYSTEM_DLLS)}")
+    flags = int(re.search(r"DllCharacteristics\s+([0-9a-f]+)", dump)[1], 16)
+    if flags & NO_SEH:
+        faults.append("says that it has no exception handlers")
+    if flags & DYNAMIC_BASE_AND_NX != DYNAMIC_BASE_AND_NX:
+        faults.append(f"DllCharacteristics are {flags:#x}, without dynamic base or NX")
+    if int(re.search(r"AddressOfEntryPoint\s+([0-9a-f]+)", dump)[1], 16) == 0:
+        faults.append("has no entry for the loader")
+
+    for fault in faults:
+        print(fault)
+    total = len(symbols(entries))
+    print(f"{len(exported)} of {total} names exported, {total - len(ready)} still missing;"
+          f" imports: {', '.join(sorted(imported)) or 'none'}")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    if len(sys.argv) != 4:
+        sys.exit("usage: check_dll.py LIST DLL OBJDUMP")
+    sys.exit(main(*sys.argv[1:]))
