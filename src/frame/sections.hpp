@@ -104,6 +104,24 @@ inline reg exponential(reg x) {
   return plain::truncated_to_int32(x);
 }
 
+/// A whole number as an integer and as the register value of it.
+struct whole_number {
+  std::int32_t integer;
+  reg value;
+};
+
+/// Cut to a 32-bit integer, in both forms from the same memory; the operand lies within (-2**31,
+/// 2**31).
+[[gnu::always_inline]] inline whole_number truncated_whole(reg x) {
+  if (!processor::has_fisttp) {
+    const std::int32_t integer = plain::truncated_to_int32(x);
+    return {integer, load_integer(integer)};
+  }
+  std::int32_t integer;
+  asm("fisttpl %0\n\tfildl %0" : "=m"(integer), "+t"(x));
+  return {integer, x};
+}
+
 /// Cut to a 64-bit integer; the operand lies within (-2**63, 2**63).
 [[gnu::always_inline]] inline std::int64_t truncated_to_int64(reg x) {
   return processor::has_fisttp ? fisttp64(x) : plain::truncated_to_int64(x);

@@ -67,9 +67,9 @@ template <format F>
   const reg a = fabs(x);
   const reg y = cosine ? c::shifted(a) : a;
   if (!less_equal(y, c::limit)) return 0.0L;
-  const std::int32_t n = truncated_to_int32(y * c::reciprocal_pi + 0.5L);
-  const bool negative = (!cosine && greater(0.0L, x)) != ((n & 1) != 0);
-  const reg multiple = cosine ? load_integer(n) - 0.5L : load_integer(n);
+  const whole_number n = truncated_whole(y * c::reciprocal_pi + 0.5L);
+  const bool negative = (!cosine && greater(0.0L, x)) != ((n.integer & 1) != 0);
+  const reg multiple = cosine ? n.value - 0.5L : n.value;
   const reg f = (a - multiple * c::pi_leading) - multiple * c::pi_rest;
   if (less(fabs(f), c::threshold)) return negated_if(negative, c::small(f));
   const reg g = f * f;

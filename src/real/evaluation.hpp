@@ -37,10 +37,10 @@ inline constexpr float signed_halves[2] = {0.5f, -0.5f};
   return value;
 }
 
-/// 2**n for n in [-1022, 1023]. The image leaves the FPU in one 64-bit store: two stores of 32 bits
-/// would keep the load waiting until both have reached the cache.
-[[gnu::always_inline]] inline reg power_of_two(const std::int32_t& n) {
-  const reg image = (load_integer(n) + 1023.0L) * 0x1p52L;
+/// 2**n for a whole n in [-1022, 1023]. The image leaves the FPU in one 64-bit store: two stores of
+/// 32 bits would keep the load waiting until both have reached the cache.
+[[gnu::always_inline]] inline reg power_of_two(reg n) {
+  const reg image = (n + 1023.0L) * 0x1p52L;
   double slot;
   reg result;
   asm("fistpll %1\n\tfldl %1" : "=t"(result), "=m"(slot) : "0"(image));

@@ -29,8 +29,8 @@ struct exponential_constants<double> {
                               0x1p-1L};
 
   /// y 2**(n + 1), y in [0.35, 0.71]: exact, and within the normal range by the limits above.
-  static reg scaled(reg y, const std::int32_t& n) {
-    const reg power = power_of_two(n);
+  static reg scaled(reg y, const whole_number& n) {
+    const reg power = power_of_two(n.value);
     return y * (power + power);
   }
 };
@@ -48,8 +48,8 @@ struct exponential_constants<float> {
                               0x1p-1L};
 
   /// y 2**(n + 1) where that is a normal REAL*4, else +0.0. For n = -127 the image is that of zero.
-  static reg scaled(reg y, std::int32_t n) {
-    const reg power = load_image<float>(static_cast<std::uint32_t>(n + 127) << 23);
+  static reg scaled(reg y, const whole_number& n) {
+    const reg power = load_image<float>(static_cast<std::uint32_t>(n.integer + 127) << 23);
     const reg result = y * (power + power);
     return less(result, 0x1p-126L) ? 0.0L : result;
   }
@@ -67,9 +67,8 @@ reg natural_exponential(const F& x) {
   if (less(value, c::lower)) return 0.0L;
   // The half that rounds to nearest goes by the sign bit of x: -0.0 gives n = 0 either way.
   const bool negative = image(x) >> (8 * sizeof x - 1) != 0;
-  const std::int32_t n = truncated_to_int32(value * c::log2_e + load(signed_halves[negative]));
-  const reg multiple = load_integer(n);
-  const reg r = (value - multiple * c::ln2_leading) - multiple * c::ln2_rest;
+  const whole_number n = truncated_whole(value * c::log2_e + load(signed_halves[negative]));
+  const reg r = (value - n.value * c::ln2_leading) - n.value * c::ln2_rest;
   const reg z = r * r;
   const reg g = r * polynomial(z, c::p);
   const reg y = 0.5L + g / (polynomial(z, c::q) - g);

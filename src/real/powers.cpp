@@ -72,7 +72,7 @@ constexpr reg sixteenth = 0x1p-4L;
 bool beyond_sixteenths(reg v) { return !less(fabs(v), 0x1p27L); }
 
 /// v cut to a multiple of 1/16, for |v| below 2**27.
-reg reduced(reg v) { return load_integer(truncated_to_int32(16.0L * v)) * sixteenth; }
+reg reduced(reg v) { return truncated_whole(16.0L * v).value * sixteenth; }
 
 /// Whether the integer powers take y: whole and below 2**24, or a power of two below 2**31.
 bool for_integer_power(image_of<float> bits) {
@@ -130,10 +130,11 @@ reg power_of_positive(const float& x, bool negated, reg y) {
   std::int32_t sixteenths = truncated_to_int32(16.0L * w);
   if (sixteenths > 2046) return infinity;
   if (sixteenths < -2014) return 0.0L;
-  if (!greater(0.0L, w2)) {
-    ++sixteenths;
-    w2 = w2 - sixteenth;
-  }
+  // A fraction of 0 or more gives one sixteenth to the multiple, so that 2**fraction is at most 1.
+  static constexpr float steps[2] = {0.0f, 0x1p-4f};
+  const bool step = !greater(0.0L, w2);
+  sixteenths += step;
+  w2 = w2 - load(steps[step]);
   const std::int32_t whole = sixteenths / 16 + (sixteenths > 0 ? 1 : 0);
   const reg leading = load(power_leading[16 * whole - sixteenths]);
   const reg fraction = polynomial(w2, series) * w2;

@@ -91,6 +91,19 @@ TEST(Sections, ConvertTheSameInBothWays) {
               [](reg x) { return plain::truncated_to_int32(x); });
 }
 
+TEST(Sections, GiveAWholeNumberInBothForms) {
+  for (const bool fisttp : {true, false}) {
+    processor::has_fisttp = fisttp;
+    for (const reg x :
+         {0.0L, -0.0L, 0.9L, -0.9L, 1.0L, -1234567.8L, 0x1p31L - 0.5L, 0.5L - 0x1p31L}) {
+      const whole_number whole = truncated_whole(x);
+      EXPECT_EQ(whole.integer, plain::truncated_to_int32(x)) << x;
+      EXPECT_EQ(register_image(whole.value), register_image(load_integer(whole.integer))) << x;
+    }
+  }
+  processor::has_fisttp = true;
+}
+
 TEST(Sections, ComputeTheSameExponentialInBothWays) {
   expect_same([](reg x) { return exponential(x); }, [](reg x) { return plain::exponential(x); });
   // Dense where the functions call it, REAL*8 operands and whole multiples of ln 2 among them.
