@@ -125,36 +125,37 @@ struct estimate {
   return {quotient, difference(rest, product_of_words(quotient, b.low))};
 }
 
-/// Unsigned division by b, at most 2**63.
+/// Unsigned division by a divisor of one word, not 0: one divide where the quotient fits a word
+/// too.
+[[gnu::always_inline]] inline words quotient_by_word(words a, word divisor) {
+  if (a.high < divisor) return {divide_words(a.high, a.low, divisor).quotient, 0};
+  const auto upper = divide_words(0, a.high, divisor);
+  return {divide_words(upper.remainder, a.low, divisor).quotient, upper.quotient};
+}
+[[gnu::always_inline]] inline words remainder_by_word(words a, word divisor) {
+  const word upper = a.high < divisor ? a.high : divide_words(0, a.high, divisor).remainder;
+  return {divide_words(upper, a.low, divisor).remainder, 0};
+}
+
+/// Unsigned division by b, at most 2**63 and not 0.
 [[gnu::always_inline]] inline words quotient_of_words(words a, words b) {
-  if (b.high == 0) {
-    if (a.high < b.low) return {divide_words(a.high, a.low, b.low).quotient, 0};
-    const auto upper = divide_words(0, a.high, b.low);
-    return {divide_words(upper.remainder, a.low, b.low).quotient, upper.quotient};
-  }
+  if (b.high == 0) return quotient_by_word(a, b.low);
   if (a.high < b.high) return {0, 0};
   const auto [quotient, rest] = estimated(a, b);
   return {quotient - 1 - mask_of_below(rest, b), 0};
 }
 [[gnu::always_inline]] inline words remainder_of_words(words a, words b) {
-  if (b.high == 0) {
-    const word upper = a.high < b.low ? a.high : divide_words(0, a.high, b.low).remainder;
-    return {divide_words(upper, a.low, b.low).remainder, 0};
-  }
+  if (b.high == 0) return remainder_by_word(a, b.low);
   if (a.high < b.high) return a;
   const words rest = estimated(a, b).remainder;
   return sum(rest, masked(b, ~mask_of_below(rest, b)));
 }
 
-/// Whether one divide gives the quotient of unsigned numbers: it fits a word, and so does the
-/// divisor, which is not 0.
-constexpr bool take_one_divide(words a, words b) { return b.high == 0 && a.high < b.low; }
-
 /// Unsigned division. A divisor above 2**63 goes into a dividend once or not at all.
 [[gnu::always_inline]] inline std::uint64_t unsigned_quotient(std::uint64_t dividend,
                                                               std::uint64_t divisor) {
   const words a = split(dividend), b = split(divisor);
-  if (take_one_divide(a, b)) return divide_words(a.high, a.low, b.low).quotient;
+  if (b.high == 0 && a.high < b.low) return divide_words(a.high, a.low, b.low).quotient;
   if (divisor == 0) return quotient_by_zero(dividend);
   if (b.high >> 31 != 0) return 1 + mask_of_below(a, b);
   return joined(quotient_of_words(a, b));
@@ -162,30 +163,52 @@ constexpr bool take_one_divide(words a, words b) { return b.high == 0 && a.high 
 [[gnu::always_inline]] inline std::uint64_t unsigned_remainder(std::uint64_t dividend,
                                                                std::uint64_t divisor) {
   const words a = split(dividend), b = split(divisor);
-  if (take_one_divide(a, b)) return divide_words(a.high, a.low, b.low).remainder;
+  if (b.high == 0 && a.high < b.low) return divide_words(a.high, a.low, b.low).remainder;
   if (divisor == 0) return quotient_by_zero(dividend);
   if (b.high >> 31 != 0) return joined(difference(a, masked(b, ~mask_of_below(a, b))));
   return joined(remainder_of_words(a, b));
 }
 
+std::int64_t as_signed(words x) { return static_cast<std::int64_t>(joined(x)); }
+
 }  // namespace
+
+// Signed division, the cheapest case first: a positive divisor of one word, with a dividend that is
+// not negative and takes one divide, or fits a word, or neither; then two numbers that are not
+// negative; then any.
 
 std::int64_t quotient(std::int64_t dividend, std::int64_t divisor) {
   const words a = split(static_cast<std::uint64_t>(dividend));
   const words b = split(static_cast<std::uint64_t>(divisor));
-  if (take_one_divide(a, b) && dividend >= 0) return divide_words(a.high, a.low, b.low).quotient;
-  if (divisor == 0) return signed_by_zero;
+  if (b.high == 0) {
+    if (a.high < b.low && dividend >= 0) return divide_words(a.high, a.low, b.low).quotient;
+    const auto word_divisor = static_cast<std::int32_t>(b.low);
+    if (a.high == sign_mask(a.low) && word_divisor > 0)
+      return static_cast<std::int32_t>(a.low) / word_divisor;
+    if (b.low == 0) return signed_by_zero;
+    const word sign = sign_mask(a.high);
+    return as_signed(negated_by(quotient_by_word(negated_by(a, sign), b.low), sign));
+  }
+  if ((dividend | divisor) >= 0) return as_signed(quotient_of_words(a, b));
   const words size = quotient_of_words(magnitude(a), magnitude(b));
-  return static_cast<std::int64_t>(joined(negated_by(size, sign_mask(a.high ^ b.high))));
+  return as_signed(negated_by(size, sign_mask(a.high ^ b.high)));
 }
 
 std::int64_t remainder(std::int64_t dividend, std::int64_t divisor) {
   const words a = split(static_cast<std::uint64_t>(dividend));
   const words b = split(static_cast<std::uint64_t>(divisor));
-  if (take_one_divide(a, b) && dividend >= 0) return divide_words(a.high, a.low, b.low).remainder;
-  if (divisor == 0) return signed_by_zero;
+  if (b.high == 0) {
+    if (a.high < b.low && dividend >= 0) return divide_words(a.high, a.low, b.low).remainder;
+    const auto word_divisor = static_cast<std::int32_t>(b.low);
+    if (a.high == sign_mask(a.low) && word_divisor > 0)
+      return static_cast<std::int32_t>(a.low) % word_divisor;
+    if (b.low == 0) return signed_by_zero;
+    const word sign = sign_mask(a.high);
+    return as_signed(negated_by(remainder_by_word(negated_by(a, sign), b.low), sign));
+  }
+  if ((dividend | divisor) >= 0) return as_signed(remainder_of_words(a, b));
   const words size = remainder_of_words(magnitude(a), magnitude(b));
-  return static_cast<std::int64_t>(joined(negated_by(size, sign_mask(a.high))));
+  return as_signed(negated_by(size, sign_mask(a.high)));
 }
 
 #else
