@@ -14,7 +14,7 @@ namespace {
 void assign(char* target, std::size_t target_length, const char* source,
             std::size_t source_length) {
   const std::size_t copied = std::min(target_length, source_length);
-  std::memmove(target, source, copied);
+  copy(target, source, copied);
   fill_blanks(target + copied, target_length - copied);
 }
 
@@ -23,8 +23,8 @@ std::size_t concatenate(const char* a, std::size_t a_length, const char* b, std:
                         char* target, std::size_t target_length) {
   const std::size_t from_a = std::min(a_length, target_length);
   const std::size_t from_b = std::min(b_length, target_length - from_a);
-  std::memmove(target, a, from_a);
-  std::memmove(target + from_a, b, from_b);
+  copy(target, a, from_a);
+  copy(target + from_a, b, from_b);
   return from_a + from_b;
 }
 
@@ -32,7 +32,7 @@ std::size_t concatenate(const char* a, std::size_t a_length, const char* b, std:
 /// there is doubled.
 void fill_with_copies(const char* source, std::size_t source_length, char* target,
                       std::size_t total) {
-  std::memmove(target, source, source_length);
+  copy(target, source, source_length);
   for (std::size_t stored = source_length; stored < total;) {
     const std::size_t next = std::min(stored, total - stored);
     std::memcpy(target + stored, target, next);

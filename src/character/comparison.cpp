@@ -21,9 +21,10 @@ int against_blanks(const char* rest, std::size_t length) {
 int compared(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
   const std::size_t a_length = extent(alen), b_length = extent(blen);
   const std::size_t common = std::min(a_length, b_length);
-  if (const int order = std::memcmp(a, b, common); order != 0) return order;
-  if (a_length < b_length) return -against_blanks(b + common, b_length - common);
-  return against_blanks(a + common, a_length - common);
+  if (const int found = order(a, b, common); found != 0) return found;
+  if (a_length == b_length) return 0;
+  return a_length > b_length ? against_blanks(a + common, a_length - common)
+                             : -against_blanks(b + common, b_length - common);
 }
 
 }  // namespace

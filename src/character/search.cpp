@@ -8,16 +8,31 @@
 namespace zrt::character {
 namespace {
 
+/// Whether `part` stands at `place`, its first character there being found already.
+bool stands(const char* place, const char* part, std::size_t length) {
+  return place[length - 1] == part[length - 1] &&
+         (length <= 2 || std::memcmp(place + 1, part + 1, length - 2) == 0);
+}
+
+/// The first two characters as a number.
+std::uint16_t pair(const char* text) { return load<std::uint16_t>(text); }
+
+// The searches below look for a part of at least one character that is not longer than the text,
+// and give its place or null. They go from one place of its first character to the next by the byte
+// search of the C library, at the speed of memory. Where that character turns out to be frequent,
+// so that the calls cost more than they skip, another way takes over.
+
+constexpr int calls = 4;
+constexpr std::ptrdiff_t worth_calls = calls * 128;  // bytes skipped
+
 #if defined(__GLIBC__)
 
-/// The last place of `byte` in the `count` bytes from `text`, or null.
 const char* last_byte(const char* text, std::size_t count, char byte) {
   return static_cast<const char*>(memrchr(text, byte, count));
 }
 
-/// The first place of a non-empty `part` in `text`, or null: linear at worst.
-const char* place_of_frequent(const char* text, std::size_t length, const char* part,
-                              std::size_t part_length) {
+const char* first_place_of_frequent(const char* text, std::size_t length, const char* part,
+                                    std::size_t part_length) {
   return static_cast<const char*>(memmem(text, length, part, part_length));
 }
 
@@ -29,52 +44,57 @@ const char* last_byte(const char* text, std::size_t count, char byte) {
   return nullptr;
 }
 
-const char* place_of_frequent(const char* text, std::size_t length, const char* part,
-                              std::size_t part_length) {
-  for (; length >= part_length; ++text, --length)
-    if (*text == *part && std::memcmp(text + 1, part + 1, part_length - 1) == 0) return text;
+// A part of one character never comes here: its first place ends the search.
+const char* first_place_of_frequent(const char* text, std::size_t length, const char* part,
+                                    std::size_t part_length) {
+  for (const std::uint16_t wanted = pair(part); length >= part_length; ++text, --length)
+    if (pair(text) == wanted && stands(text, part, part_length)) return text;
   return nullptr;
 }
 
 #endif
 
-/// The first place of a non-empty `part` in `text`, or null. The byte search of the C library goes
-/// from one place of the first character to the next, at the speed of memory. Where that character
-/// turns out to be frequent its calls cost more than they skip, and the search for strings takes
-/// over.
+const char* last_place_of_frequent(const char* text, std::size_t starts, const char* part,
+                                   std::size_t part_length) {
+  for (const std::uint16_t wanted = pair(part); starts > 0; --starts) {
+    const char* const at = text + starts - 1;
+    if (pair(at) == wanted && stands(at, part, part_length)) return at;
+  }
+  return nullptr;
+}
+
 const char* first_place(const char* text, std::size_t length, const char* part,
                         std::size_t part_length) {
-  constexpr int calls = 4;
-  constexpr std::ptrdiff_t worth_a_call = 128;  // bytes skipped
-  if (part_length > length) return nullptr;
   const char* const last_start = text + length - part_length;
   int misses = 0;
   const char* at = text;
   for (const char* mark = text; at <= last_start; ++at) {
     at = static_cast<const char*>(
         std::memchr(at, part[0], static_cast<std::size_t>(last_start - at) + 1));
-    if (at == nullptr) return nullptr;
-    if (std::memcmp(at + 1, part + 1, part_length - 1) == 0) return at;
+    if (at == nullptr || stands(at, part, part_length)) return at;
     if (++misses < calls) continue;
-    if (at - mark < calls * worth_a_call)
-      return place_of_frequent(at + 1, static_cast<std::size_t>(text + length - at) - 1, part,
-                               part_length);
+    if (at - mark < worth_calls)
+      return first_place_of_frequent(at + 1, static_cast<std::size_t>(text + length - at) - 1, part,
+                                     part_length);
     mark = at;
     misses = 0;
   }
   return nullptr;
 }
 
-/// The last place of a non-empty `part` in `text`, or null.
 const char* last_place(const char* text, std::size_t length, const char* part,
                        std::size_t part_length) {
-  if (part_length > length) return nullptr;
   std::size_t starts = length - part_length + 1;
-  while (const char* at = last_byte(text, starts, part[0])) {
-    if (std::memcmp(at + 1, part + 1, part_length - 1) == 0) return at;
+  int misses = 0;
+  for (const char* mark = text + starts;;) {
+    const char* const at = last_byte(text, starts, part[0]);
+    if (at == nullptr || stands(at, part, part_length)) return at;
     starts = static_cast<std::size_t>(at - text);
+    if (++misses < calls) continue;
+    if (mark - at < worth_calls) return last_place_of_frequent(text, starts, part, part_length);
+    mark = at;
+    misses = 0;
   }
-  return nullptr;
 }
 
 /// The position that Fortran counts: from 1, or 0 for none.
@@ -86,6 +106,7 @@ std::int32_t position(const char* text, const char* place) {
 std::int32_t index(const char* text, std::int32_t length, const char* part,
                    std::int32_t part_length) {
   if (part_length <= 0) return 1;
+  if (part_length > length) return 0;
   return position(text, first_place(text, extent(length), part, extent(part_length)));
 }
 
@@ -93,6 +114,7 @@ std::int32_t index(const char* text, std::int32_t length, const char* part,
 std::int32_t index_from_back(const char* text, std::int32_t length, const char* part,
                              std::int32_t part_length) {
   if (part_length <= 0) return static_cast<std::int32_t>(extent(length) + 1);
+  if (part_length > length) return 0;
   return position(text, last_place(text, extent(length), part, extent(part_length)));
 }
 
@@ -107,19 +129,19 @@ std::int32_t index_either_way(const char* text, std::int32_t length, const char*
 std::size_t trim(const char* source, std::size_t source_length, char* target,
                  std::size_t target_length) {
   const std::size_t kept = length_without_trailing(source, std::min(source_length, target_length));
-  std::memmove(target, source, kept);
+  copy(target, source, kept);
   return kept;
 }
 
 void adjust_left(const char* source, char* target, std::size_t length) {
   const std::size_t moved = leading_blanks(source, length);
-  std::memmove(target, source + moved, length - moved);
+  copy(target, source + moved, length - moved);
   fill_blanks(target + length - moved, moved);
 }
 
 void adjust_right(const char* source, char* target, std::size_t length) {
   const std::size_t kept = length_without_trailing(source, length);
-  std::memmove(target + length - kept, source, kept);
+  copy(target + length - kept, source, kept);
   fill_blanks(target, length - kept);
 }
 

@@ -19,8 +19,65 @@ constexpr std::size_t extent(std::int32_t length) {
   return length > 0 ? static_cast<std::size_t>(length) : 0;
 }
 
+// Most CHARACTER values are short: up to 16 bytes are copied, filled and compared here, where a
+// call of the C library would cost more than its work.
+
+inline constexpr std::size_t short_length = 16;
+
+template <class Word>
+Word load(const char* text) {
+  Word word;
+  std::memcpy(&word, text, sizeof word);
+  return word;
+}
+template <class Word>
+void store(char* text, Word word) {
+  std::memcpy(text, &word, sizeof word);
+}
+
+/// Copies one to two words: both are read before either is stored, so that the two may overlap.
+template <class Word>
+void copy_words(char* target, const char* source, std::size_t count) {
+  const auto head = load<Word>(source), tail = load<Word>(source + count - sizeof(Word));
+  store(target, head);
+  store(target + count - sizeof(Word), tail);
+}
+
+/// Copies `count` bytes; the two may overlap.
+inline void copy(char* target, const char* source, std::size_t count) {
+  if (count > short_length)
+    std::memmove(target, source, count);
+  else if (count >= 8)
+    copy_words<std::uint64_t>(target, source, count);
+  else if (count >= 4)
+    copy_words<std::uint32_t>(target, source, count);
+  else if (count >= 2)
+    copy_words<std::uint16_t>(target, source, count);
+  else if (count == 1)
+    *target = *source;
+}
+
 /// Stores `count` blanks.
-inline void fill_blanks(char* text, std::size_t count) { std::memset(text, blank, count); }
+inline void fill_blanks(char* text, std::size_t count) {
+  if (count > short_length) {
+    std::memset(text, blank, count);
+    return;
+  }
+  for (; count >= 4; text += 4, count -= 4) store<std::uint32_t>(text, 0x20202020);
+  for (; count > 0; ++text, --count) *text = blank;
+}
+
+/// The order of `count` bytes as unsigned numbers: below, at or above 0.
+inline int order(const char* a, const char* b, std::size_t count) {
+  if (count > short_length) return std::memcmp(a, b, count);
+  for (; count >= 4; a += 4, b += 4, count -= 4) {
+    const auto x = load<std::uint32_t>(a), y = load<std::uint32_t>(b);
+    if (x != y) return __builtin_bswap32(x) < __builtin_bswap32(y) ? -1 : 1;
+  }
+  for (; count > 0; ++a, ++b, --count)
+    if (*a != *b) return static_cast<unsigned char>(*a) < static_cast<unsigned char>(*b) ? -1 : 1;
+  return 0;
+}
 
 namespace blanks {
 
@@ -38,11 +95,7 @@ using word = std::uint64_t;
 inline constexpr word one_word = 0x2020202020202020;
 
 /// What differs from blanks in the word at `text`: 0 for eight blanks.
-inline word excess(const char* text) {
-  word value;
-  std::memcpy(&value, text, sizeof value);
-  return value ^ one_word;
-}
+inline word excess(const char* text) { return load<word>(text) ^ one_word; }
 
 inline bool is_block(const char* text) {
   return std::memcmp(text, one_block.text, block_size) == 0;
