@@ -52,7 +52,7 @@ quad arctangent(const quad& x) {
     base = quarter_pi;
   }
   const quad z = mul(y, y);
-  const quad r = rational(z, numerator, denominator);
+  const quad r = rational<by_store>(z, numerator, denominator);
   const quad w = add(mul(mul(r, z), y), y);
   const quad value = add(base, w);
   return below_zero ? neg(value) : value;

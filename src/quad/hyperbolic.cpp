@@ -57,7 +57,7 @@ quad hyperbolic_tangent(const quad& x) {
     return below_zero ? neg(r) : r;
   }
   const quad s = mul(x, x);
-  const quad c = rational(s, numerator, denominator);
+  const quad c = rational<by_store>(s, numerator, denominator);
   return add(x, mul(x, mul(s, c)));
 }
 

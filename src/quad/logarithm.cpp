@@ -73,7 +73,7 @@ quad near_one(const quad& m, std::int32_t e) {
   if (low) --e;
   const quad v = sub(low ? scaled_by(m, 2.0L) : m, 1.0L);
   const quad w = mul(v, v);
-  const quad c = rational(v, near_numerator, near_denominator);
+  const quad c = rational<by_store>(v, near_numerator, near_denominator);
   quad y = mul(v, mul(w, c));
   y = add(y, mul_integer(ln_2_low, e));
   y = sub(y, scaled_by(w, 0.5L));
@@ -94,7 +94,7 @@ quad far_from_one(const quad& m, std::int32_t e) {
   }
   const quad z = div(a, b);
   const quad w = mul(z, z);
-  const quad c = rational(w, far_numerator, far_denominator);
+  const quad c = rational<by_store>(w, far_numerator, far_denominator);
   quad y = mul(z, mul(w, c));
   y = add(y, mul_integer(ln_2_low, e));
   y = add(y, z);

@@ -21,12 +21,27 @@ namespace zrt::quads {
   return r;
 }
 
-/// A numerator of degree n over a monic denominator of degree d, tables highest power first.
-template <std::size_t numerator_rows, std::size_t denominator_rows>
-[[gnu::always_inline]] inline quad rational(const quad& x, const quad (&numerator)[numerator_rows],
-                                            const quad (&denominator)[denominator_rows]) {
-  const quad top = polynomial(x, numerator, numerator_rows - 1);
-  return div(top, monic_polynomial(x, denominator, denominator_rows));
+/// A numerator over a monic denominator, tables highest power first. In registers the two run side
+/// by side on one cut of x, and the last `close_rows` coefficients of each need not exceed what is
+/// added to them.
+template <class Result, int close_rows = 0, int n, int m>
+[[gnu::always_inline]] inline quad rational(const quad& x, const quad (&numerator)[n],
+                                            const quad (&denominator)[m]) {
+  if constexpr (std::same_as<Result, by_store>)
+    return div(polynomial(x, numerator, n - 1), monic_polynomial(x, denominator, m));
+  const factor f = as_factor(x);
+  quad top = numerator[0], bottom = add_to_larger(x, denominator[0]);
+  int i = 1;
+  for (; i < n - m + 1; ++i) top = add_to_larger(mul(top, f), numerator[i]);
+  for (; i < n - close_rows; ++i) {
+    top = add_to_larger(mul(top, f), numerator[i]);
+    bottom = add_to_larger(mul(bottom, f), denominator[i - n + m]);
+  }
+  for (; i < n; ++i) {
+    top = add<in_register>(mul(top, f), numerator[i]);
+    bottom = add<in_register>(mul(bottom, f), denominator[i - n + m]);
+  }
+  return div<in_register>(top, bottom);
 }
 
 /// An argument less a whole multiple of a modulus.

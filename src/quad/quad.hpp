@@ -7,6 +7,10 @@
 // and keeps the register's exponent range. All of it rests on error-free transformations: the
 // two-sum of Knuth and the product of Veltkamp and Dekker. No operand is tested. Infinities turn
 // into NaNs, because the error terms are differences of an operand with itself.
+//
+// A store costs the next routine some ten cycles, and most stores change nothing. So each routine
+// comes in two ways with the same bits: `by_store` for all operands, and `in_register` for kernels
+// that know their magnitudes.
 
 #include <array>
 
@@ -22,9 +26,43 @@ constexpr quad constant(std::uint64_t hi, std::uint64_t lo) {
   return {std::bit_cast<double>(hi), std::bit_cast<double>(lo)};
 }
 
+/// Results are rounded to doubles by stores, whatever they are.
+struct by_store {
+  [[gnu::always_inline]] static double part(reg x) { return static_cast<double>(x); }
+  /// Operands come through loads of their own: a signalling NaN is quiet before it meets another
+  /// NaN.
+  [[gnu::always_inline]] static reg value(const double& x) { return load(x); }
+};
+
+/// Results stay in registers where a store would not change them. For kernels whose leading parts
+/// are zero or lie between 2**-400 and 2**400:
+///  - what stands between the steps of a routine is then a normal double or a multiple of the
+///  operands'
+///    last bits above 2**-1022;
+///  - so is a leading part;
+///  - a low part of a sum is a sum of doubles, a multiple of 2**-1074, and thus a double. That of a
+///  product
+///    or quotient need not be, and is stored.
+/// An infinity or a NaN is the same before and after its store.
+struct in_register {
+  /// The promise that `x` is a double, with no instruction: a spill takes 64 bits.
+  [[gnu::always_inline]] static double part(reg x) {
+    double held;
+    asm("" : "=t"(held) : "0"(x));
+    return held;
+  }
+  [[gnu::always_inline]] static reg value(const double& x) { return x; }
+};
+
+/// The operand of an entry for routines that work in registers: loaded, so that no NaN in it
+/// signals.
+[[gnu::always_inline]] inline quad loaded(const quad& a) {
+  return {in_register::part(load(a.hi)), in_register::part(load(a.lo))};
+}
+
 /// Rounds both parts to doubles.
 [[gnu::always_inline]] inline quad stored_pair(reg hi, reg lo) {
-  return {static_cast<double>(hi), static_cast<double>(lo)};
+  return {by_store::part(hi), by_store::part(lo)};
 }
 
 /// (x, 0.0) of a value that is a double already.
@@ -38,9 +76,10 @@ inline constexpr quad invalid = constant(0x7FF8000000000000, 0);
 /// The closing sum of a leading part s and a correction t, a fast two-sum and the only
 /// renormalisation: exact for |s| >= |t|. The difference takes the sum as it stands in the
 /// register.
+template <class Leading, class Low = Leading>
 [[gnu::always_inline]] inline quad closing_sum(reg s, reg t) {
   const reg hi = s + t;
-  return stored_pair(hi, (s - hi) + t);
+  return {Leading::part(hi), Low::part((s - hi) + t)};
 }
 
 /// The leading part of a result of which nothing else is wanted. The low part is formed and stored
@@ -132,89 +171,141 @@ inline quad scaled(const quad& a, std::int32_t n) {
 // The low parts join the error of the leading sum, a's first, in rounded additions of their own:
 // the error of a sum is about 2**-105 of the larger operand.
 
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad add(const quad& a, const quad& b) {
-  const reg x = load(a.hi), y = load(b.hi);
+  const reg x = Result::value(a.hi), y = Result::value(b.hi);
   const reg s = x + y;
-  return closing_sum(s, (sum_error(x, y, s) + load(a.lo)) + load(b.lo));
+  return closing_sum<Result>(s, (sum_error(x, y, s) + Result::value(a.lo)) + Result::value(b.lo));
 }
 
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad add(const quad& a, reg d) {
-  const reg x = load(a.hi);
+  const reg x = Result::value(a.hi);
   const reg s = x + d;
-  return closing_sum(s, sum_error(x, d, s) + load(a.lo));
+  return closing_sum<Result>(s, sum_error(x, d, s) + Result::value(a.lo));
 }
 
+/// a + b where the leading part of b is known not to be the smaller one: the error of the leading
+/// sum by a fast two-sum.
+[[gnu::always_inline]] inline quad add_to_larger(const quad& a, const quad& b) {
+  const reg x = a.hi, y = b.hi;
+  const reg s = x + y;
+  return closing_sum<in_register>(s, ((x - (s - y)) + reg{a.lo}) + reg{b.lo});
+}
+[[gnu::always_inline]] inline quad add_to_larger(const quad& a, reg d) {
+  const reg x = a.hi;
+  const reg s = x + d;
+  return closing_sum<in_register>(s, (x - (s - d)) + reg{a.lo});
+}
+
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad sub(const quad& a, const quad& b) {
-  const reg x = load(a.hi), y = load(b.hi);
+  const reg x = Result::value(a.hi), y = Result::value(b.hi);
   const reg s = x - y;
-  return closing_sum(s, (difference_error(x, y, s) + load(a.lo)) - load(b.lo));
+  return closing_sum<Result>(
+      s, (difference_error(x, y, s) + Result::value(a.lo)) - Result::value(b.lo));
 }
 
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad sub(const quad& a, reg d) {
-  const reg x = load(a.hi);
+  const reg x = Result::value(a.hi);
   const reg s = x - d;
-  return closing_sum(s, difference_error(x, d, s) + load(a.lo));
+  return closing_sum<Result>(s, difference_error(x, d, s) + Result::value(a.lo));
 }
 
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad sub(reg d, const quad& b) {
-  const reg y = load(b.hi);
+  const reg y = Result::value(b.hi);
   const reg s = d - y;
-  return closing_sum(s, difference_error(d, y, s) - load(b.lo));
+  return closing_sum<Result>(s, difference_error(d, y, s) - Result::value(b.lo));
 }
 
 // --- Products ----------------------------------------------------------------------------------
 
-/// A significand of 53 bits cut by Veltkamp's method: high has the upper 21 bits, low the rest.
-struct split {
+/// A significand of 53 bits cut by Veltkamp's method, 2**k + 1 leaving 53 - k bits in `high`.
+template <int k>
+struct cut {
   reg high, low;
 
-  [[gnu::always_inline]] explicit split(reg x) {
-    const reg t = 0x1.00000001p32L * x;
+  [[gnu::always_inline]] explicit cut(reg x) {
+    constexpr reg splitter = (std::int64_t{1} << k) + 1;
+    const reg t = splitter * x;
     high = t + (x - t);
     low = x - high;
   }
 };
 
-/// The second operand of a product: its low part of 32 bits is cut once more, so that every partial
-/// product below fits 53 bits.
-struct two_level_split {
-  reg high, middle, low;
-  reg rest;  // middle + low
-
-  [[gnu::always_inline]] explicit two_level_split(reg x) {
-    const split upper(x);
-    high = upper.high;
-    rest = upper.low;
-    const split lower(rest);
-    middle = lower.high;
-    low = lower.low;
-  }
-};
-
 /// a * b - p exactly, for p = a * b rounded: Dekker's product, summed from the leading term down.
-/// The parts live in the register's exponent range, so that neither end of a double's range needs
+/// With a cut at 32 bits the low part of b is cut once more, so that every partial product fits 53
+/// bits; operands of few bits are then cut exactly or not as the flags of this order have it. The
+/// parts live in the register's exponent range, so that neither end of a double's range needs
 /// scaling.
-[[gnu::always_inline]] inline reg product_error(const split& a, const two_level_split& b, reg p) {
-  return ((((a.high * b.high - p) + a.high * b.rest) + a.low * b.high) + a.low * b.middle) +
-         a.low * b.low;
+[[gnu::always_inline]] inline reg product_error(reg a, reg b, reg p) {
+  const cut<32> x(a), y(b), rest(y.low);
+  return ((((x.high * y.high - p) + x.high * y.low) + x.low * y.high) + x.low * rest.high) +
+         x.low * rest.low;
+}
+
+/// A factor or divisor cut in the middle, for several uses: four partial products do then.
+struct factor {
+  quad value;
+  double high, low;
+
+  constexpr reg hi() const { return value.hi; }
+  constexpr reg lo() const { return value.lo; }
+};
+[[gnu::always_inline]] inline factor as_factor(const quad& a) {
+  const cut<27> halves(a.hi);
+  return {a, in_register::part(halves.high), in_register::part(halves.low)};
+}
+/// Of a constant, cut by its image.
+constexpr factor constant_factor(const quad& a) {
+  constexpr std::uint64_t low_bits = (std::uint64_t{1} << 27) - 1;
+  const auto high = std::bit_cast<double>(std::bit_cast<std::uint64_t>(a.hi) & ~low_bits);
+  return {a, high, static_cast<double>(reg{a.hi} - reg{high})};
+}
+
+/// The same number as above from four partial products.
+[[gnu::always_inline]] inline reg product_error(const cut<27>& a, const factor& b, reg p) {
+  return (((a.high * reg{b.high} - p) + a.high * reg{b.low}) + a.low * reg{b.high}) +
+         a.low * reg{b.low};
 }
 
 /// a * b exactly, as the rounded product and its error.
 [[gnu::always_inline]] inline quad product(reg a, reg b) {
   const reg p = a * b;
-  return stored_pair(p, product_error(split(a), two_level_split(b), p));
+  return stored_pair(p, product_error(a, b, p));
 }
 
 /// The operands do not commute in the low bits: a.lo + a.hi rounds, b.hi does not take part in it.
+[[gnu::always_inline]] inline quad mul(const quad& a, const factor& b) {
+  const reg x = a.hi, low = a.lo;
+  const reg p = x * b.hi();
+  const reg error = product_error(cut<27>(x), b, p);
+  return closing_sum<in_register, by_store>(p, ((low + x) * b.lo() + low * b.hi()) + error);
+}
+
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad mul(const quad& a, const quad& b) {
+  if constexpr (std::same_as<Result, in_register>) return mul(a, as_factor(b));
   const quad p = product(load(a.hi), load(b.hi));
   const reg t = ((load(a.lo) + load(a.hi)) * load(b.lo) + load(a.lo) * load(b.hi)) + load(p.lo);
-  return closing_sum(load(p.hi), t);
+  return closing_sum<by_store>(load(p.hi), t);
 }
 
 [[gnu::always_inline]] inline quad mul(const quad& a, reg d) {
   const quad p = product(load(a.hi), d);
-  return closing_sum(load(p.hi), load(a.lo) * d + load(p.lo));
+  return closing_sum<by_store>(load(p.hi), load(a.lo) * d + load(p.lo));
+}
+
+/// By a number of at most 26 bits.
+template <class Result>
+[[gnu::always_inline]] inline quad mul_by_short(const quad& a, reg d) {
+  if constexpr (std::same_as<Result, by_store>) return mul(a, d);
+  const reg p = reg{a.hi} * d;
+  const cut<27> halves(a.hi);
+  return closing_sum<in_register, by_store>(
+      p, reg{a.lo} * d + ((halves.high * d - p) + halves.low * d));
 }
 
 /// a * k for an integer k: both products exact, then one sum. The short ways give a zero whatever a
@@ -223,36 +314,70 @@ inline quad mul_integer(const quad& a, std::int32_t k) {
   if (k == 0) return zero;
   if (k == 1) return a;
   if (k == -1) return neg(a);
-  const reg factor = load_integer(k);
-  return add(product(load(a.hi), factor), product(load(a.lo), factor));
+  const reg multiple = load_integer(k);
+  return add(product(load(a.hi), multiple), product(load(a.lo), multiple));
 }
 
 // --- Quotients ---------------------------------------------------------------------------------
 // One correction step on the quotient of the leading parts. Of the product divisor times quotient
-// it is the quotient that takes the two-level split.
+// it is the quotient that takes the two-level split. Its difference from the dividend is a double,
+// which comes out the same without the rounded product between.
 
+[[gnu::always_inline]] inline reg remainder_of(reg dividend, reg quotient, const factor& b) {
+  const cut<27> q(quotient);
+  return (((dividend - q.high * reg{b.high}) - q.high * reg{b.low}) - q.low * reg{b.high}) -
+         q.low * reg{b.low};
+}
+
+[[gnu::always_inline]] inline quad div(const quad& a, const factor& b) {
+  const reg q1 = reg{a.hi} / b.hi();
+  const reg r = (remainder_of(a.hi, q1, b) + reg{a.lo}) - q1 * b.lo();
+  return closing_sum<in_register, by_store>(q1, r / (b.lo() + b.hi()));
+}
+
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad div(const quad& a, const quad& b) {
+  if constexpr (std::same_as<Result, in_register>) return div(a, as_factor(b));
   const reg q1 = stored<double>(load(a.hi) / load(b.hi));
   const quad p = product(load(b.hi), q1);
   const reg r = (((load(a.hi) - load(p.hi)) - load(p.lo)) + load(a.lo)) - q1 * load(b.lo);
-  const reg q2 = r / (load(b.lo) + load(b.hi));
-  return closing_sum(q1, q2);
+  return closing_sum<by_store>(q1, r / (load(b.lo) + load(b.hi)));
 }
 
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad div(const quad& a, reg d) {
+  if constexpr (std::same_as<Result, in_register>) {
+    const reg q1 = reg{a.hi} / d;
+    const reg r = remainder_of(a.hi, q1, as_factor(widened(d))) + reg{a.lo};
+    return closing_sum<in_register, by_store>(q1, r / d);
+  }
   const reg q1 = stored<double>(load(a.hi) / d);
   const quad p = product(d, q1);
   const reg r = ((load(a.hi) - load(p.hi)) - load(p.lo)) + load(a.lo);
-  const reg q2 = r / d;
-  return closing_sum(q1, q2);
+  return closing_sum<by_store>(q1, r / d);
 }
 
+/// By a number of at most 26 bits.
+template <class Result>
+[[gnu::always_inline]] inline quad div_by_short(const quad& a, reg d) {
+  if constexpr (std::same_as<Result, by_store>) return div(a, d);
+  const reg q1 = reg{a.hi} / d;
+  const cut<27> q(q1);
+  const reg r = ((reg{a.hi} - q.high * d) - q.low * d) + reg{a.lo};
+  return closing_sum<in_register, by_store>(q1, r / d);
+}
+
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad div(reg d, const quad& b) {
+  if constexpr (std::same_as<Result, in_register>) {
+    const reg q1 = d / reg{b.hi};
+    const reg r = remainder_of(d, q1, as_factor(b)) - q1 * reg{b.lo};
+    return closing_sum<in_register, by_store>(q1, r / (reg{b.lo} + reg{b.hi}));
+  }
   const reg q1 = stored<double>(d / load(b.hi));
   const quad p = product(load(b.hi), q1);
   const reg r = ((d - load(p.hi)) - load(p.lo)) - q1 * load(b.lo);
-  const reg q2 = r / (load(b.lo) + load(b.hi));
-  return closing_sum(q1, q2);
+  return closing_sum<by_store>(q1, r / (load(b.lo) + load(b.hi)));
 }
 
 // --- Comparison --------------------------------------------------------------------------------

@@ -16,7 +16,7 @@ namespace zrt::quads {
   const reg s = stored<double>(fsqrt(value));
   const quad p = product(s, s);
   const reg r = (((value - load(p.hi)) - load(p.lo)) + load(a.lo)) * 0.5L;
-  return closing_sum(s, r / s);
+  return closing_sum<by_store>(s, r / s);
 }
 
 }  // namespace zrt::quads
