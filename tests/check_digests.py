@@ -12,6 +12,9 @@ import sys
 from pathlib import Path
 
 
+SHOWN = 40
+
+
 def fingerprint(source):
     """Everything that decides the results and the operands."""
     digest = hashlib.sha256()
@@ -55,8 +58,10 @@ def main(arguments):
         faults = differences(mine, lines)
         failed = failed or bool(faults)
         print(f"{len(faults)} differences from {other}")
-        for fault in faults:
+        for fault in faults[:SHOWN]:
             print("  " + fault)
+        if len(faults) > SHOWN:
+            print(f"  and {len(faults) - SHOWN} more")
     return 1 if failed else 0
 
 

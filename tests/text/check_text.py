@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Holds the text library against exact rational arithmetic.
 
-usage: check_text.py CONVERT
+usage: check_text.py CONVERT...
 
-CONVERT is the program of convert.cpp. What it reads and writes is computed here a second time with
-fractions: 10000 random pairs and all special ones there and back, the shortest form for being the
-shortest and the nearest, decimal strings of 40 digits and ties between neighbours as they must be read.
+CONVERT... is the program of convert.cpp, behind what it runs under, if anything. What it reads and
+writes is computed here a second time with fractions: 10000 random pairs and all special ones there
+and back, the shortest form for being the shortest and the nearest, decimal strings of 40 digits and
+ties between neighbours as they must be read.
 """
 import math
 import random
@@ -108,10 +109,10 @@ class Checker:
         self.faults = 0
 
     def run(self, lines):
-        run = subprocess.run([self.program], input="\n".join(lines) + "\n", capture_output=True, text=True)
+        run = subprocess.run(self.program, input="\n".join(lines) + "\n", capture_output=True, text=True)
         answers = run.stdout.splitlines()
         if run.returncode != 0 or len(answers) != len(lines):
-            sys.exit(f"check_text: {self.program} ended with {run.returncode}: {run.stderr.strip()}")
+            sys.exit(f"check_text: {self.program[-1]} ended with {run.returncode}: {run.stderr.strip()}")
         return answers
 
     def expect(self, condition, what):
@@ -243,6 +244,6 @@ def main(program):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 2:
-        sys.exit("usage: check_text.py CONVERT")
-    sys.exit(main(sys.argv[1]))
+    if len(sys.argv) < 2:
+        sys.exit("usage: check_text.py CONVERT...")
+    sys.exit(main(sys.argv[1:]))
