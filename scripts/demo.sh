@@ -1,0 +1,26 @@
+#!/bin/sh
+# The main job: builds the 32-bit library and computes the positions of the planets with it, in REAL*8 and REAL*16.
+#
+#   sh scripts/demo.sh [YYYY-MM-DD]      by default today
+set -eu
+cd "$(dirname "$0")/.."
+
+if [ $# -gt 1 ]; then
+  echo "demo: usage: sh scripts/demo.sh [YYYY-MM-DD]" >&2
+  exit 2
+fi
+date=${1:-$(date +%Y-%m-%d)}
+case $date in
+  [0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]) ;;
+  *) echo "demo: '$date' is not a date YYYY-MM-DD" >&2; exit 2 ;;
+esac
+
+packages="g++ g++-multilib gfortran gfortran-multilib cmake ninja-build python3"
+. scripts/setup.sh
+
+build=build/demo-i386
+if [ ! -f $build/build.ninja ]; then
+  cmake --preset linux-i386 -B $build -DZORVIKRT_TESTS=OFF -DZORVIKRT_BENCHMARKS=OFF -DZORVIKRT_EXAMPLES=ON >/dev/null
+fi
+cmake --build $build >/dev/null
+$build/examples/planets examples/planets.dat "$date" $build/planets.svg
