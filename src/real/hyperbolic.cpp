@@ -93,36 +93,49 @@ reg hyperbolic_tangent(const F& operand) {
   return negated_if(greater(0.0L, x), r);
 }
 
-}  // namespace
-
-/// sinh x: above 1 by (e**y - e**-y) / 2, 53 bits within the range of the register; up to 1 by a
-/// rational form, stored; x itself below 2**-26.5 (REAL*4: 2**-12). Within two units of the last
-/// place. A NaN goes through the rational form.
+/// sinh x up to 1: by a rational form, stored; x itself below 2**-26.5 (REAL*4: 2**-12).
 template <format F>
-reg hyperbolic_sine(const F& operand) {
+reg sine_up_to_one(reg x) {
   using c = hyperbolic_sine_constants<F>;
-  const reg x = load(operand);
-  const reg y = fabs(x);
-  if (greater(y, 1.0L)) {
-    const reg e = exponential(y);
-    return negated_if(greater(0.0L, x), (e - 1.0L / e) * 0.5L);
-  }
-  if (less_equal(y, c::threshold)) return x;
+  if (less_equal(fabs(x), c::threshold)) return x;
   const reg g = x * x;
   return c::closed(x, polynomial(g, c::p) * g, monic_polynomial(g, c::q));
 }
-template reg hyperbolic_sine(const double& x);
-template reg hyperbolic_sine(const float& x);
 
-/// cosh x = (e**|x| + e**-|x|) / 2 everywhere, 53 bits within the range of the register. Within one
-/// unit of the last place.
+/// Half of e**y and e**-y together, 53 bits within the range of the register.
+reg sine_of(reg e, reg reciprocal) { return (e - reciprocal) * 0.5L; }
+reg cosine_of(reg e, reg reciprocal) { return (e + reciprocal) * 0.5L; }
+
+/// sinh x: above 1 from the exponential, else, and for a NaN, by the rational form. Within one unit
+/// of the last place.
+template <format F>
+reg hyperbolic_sine(const F& operand) {
+  const reg x = load(operand);
+  if (!greater(fabs(x), 1.0L)) return sine_up_to_one<F>(x);
+  const reg e = exponential(fabs(x));
+  return negated_if(greater(0.0L, x), sine_of(e, 1.0L / e));
+}
+
+/// cosh x from the exponential everywhere. Within one unit of the last place.
 template <format F>
 reg hyperbolic_cosine(const F& operand) {
   const reg e = exponential(fabs(load(operand)));
-  return (e + 1.0L / e) * 0.5L;
+  return cosine_of(e, 1.0L / e);
 }
-template reg hyperbolic_cosine(const double& x);
-template reg hyperbolic_cosine(const float& x);
+
+}  // namespace
+
+template <format F>
+hyperbolic_values hyperbolic_pair(const F& operand) {
+  const reg x = load(operand);
+  const reg e = exponential(fabs(x));
+  const reg reciprocal = 1.0L / e;
+  const reg sine = greater(fabs(x), 1.0L) ? negated_if(greater(0.0L, x), sine_of(e, reciprocal))
+                                          : sine_up_to_one<F>(x);
+  return {sine, cosine_of(e, reciprocal)};
+}
+template hyperbolic_values hyperbolic_pair(const double& x);
+template hyperbolic_values hyperbolic_pair(const float& x);
 
 }  // namespace zrt::real
 

@@ -7,14 +7,13 @@
 
 namespace zrt::real {
 
+/// Sine and cosine of one operand, which share their exponential.
+struct hyperbolic_values {
+  reg sine, cosine;
+};
 template <format F>
-reg hyperbolic_sine(const F& x);
-extern template reg hyperbolic_sine(const double& x);
-extern template reg hyperbolic_sine(const float& x);
-
-template <format F>
-reg hyperbolic_cosine(const F& x);
-extern template reg hyperbolic_cosine(const double& x);
-extern template reg hyperbolic_cosine(const float& x);
+hyperbolic_values hyperbolic_pair(const F& x);
+extern template hyperbolic_values hyperbolic_pair(const double& x);
+extern template hyperbolic_values hyperbolic_pair(const float& x);
 
 }  // namespace zrt::real

@@ -5,32 +5,32 @@
 #include "frame/sections.hpp"
 #include "real/evaluation.hpp"
 #include "real/roots.hpp"
+#include "real/whole_exponent.hpp"
 
 namespace zrt::real {
 namespace {
 
-/// What a REAL*8 exponent is, as far as its bits are looked at.
+/// The place of a REAL*8 exponent's bits.
 struct exponent_parts {
   std::int32_t exponent;  // of two, the sign of y left out
-  std::uint32_t high;     // the leading 20 fraction bits
-  std::uint32_t low;      // the other 32
+  std::uint32_t low;      // the low 32 fraction bits
 
   explicit exponent_parts(std::uint64_t bits)
       : exponent(biased_exponent<double>(bits) - layout<double>::bias),
-        high(static_cast<std::uint32_t>(bits >> 32) & 0xFFFFF),
         low(static_cast<std::uint32_t>(bits)) {}
 
-  /// Whether the integer powers take it: a whole number below 2**31, save those from 2**21 on that
-  /// end in 32 zero bits and are no power of two.
-  bool for_integer_power() const {
-    if (exponent < 0 || exponent > 30) return false;
-    if (low == 0) return high == 0 || (exponent < 21 && (high & (0xFFFFFu >> exponent)) == 0);
-    return exponent > 20 && (low & (0xFFFFFFFFu >> (exponent - 20))) == 0;
-  }
-  /// For exponents from 31 to 52, whose units lie in the low word.
+  /// For exponents from 21 to 52, whose units lie in the low word.
   bool whole() const { return exponent == 52 || (low & (0xFFFFFFFFu >> (exponent - 20))) == 0; }
   bool odd() const { return (low >> (52 - exponent) & 1) != 0; }
 };
+
+/// Whether the integer powers take y: a whole number below 2**31, save those from 2**21 on that end
+/// in 32 zero bits and are no power of two.
+bool for_integer_power(const double& y) {
+  const exponent_parts parts(image(y));
+  return whole_by_leading_bits(y) ||
+         (parts.exponent > 20 && parts.exponent <= 30 && parts.low != 0 && parts.whole());
+}
 
 /// x**y for x > 0 as 2**t, t = y log2(x): f2xm1 of t less its nearest integer, plus one, scaled.
 /// The error of t, one part in 2**64, grows with its size: some 2**-53 |t| of the result. Not
@@ -52,10 +52,10 @@ reg power(const double& x, const double& y) {
   if (ftst(exponent).compares_equal()) return 1.0L;
   const reg base = load(x);
   if (compares_equal(base, 1.0L)) return 1.0L;
-  const exponent_parts parts(image(y));
-  if (parts.for_integer_power()) return integer_power(x, fistp32(exponent));
+  if (for_integer_power(y)) return integer_power(x, fistp32(exponent));
   if (greater(base, 0.0L)) return power_of_positive(base, exponent);
   if (less(base, 0.0L)) {
+    const exponent_parts parts(image(y));
     if (parts.exponent <= 30) return quiet_nan;
     if (parts.exponent > 52) return power_of_positive(fchs(base), exponent);
     if (!parts.whole()) return quiet_nan;
@@ -73,14 +73,6 @@ bool beyond_sixteenths(reg v) { return !less(fabs(v), 0x1p27L); }
 
 /// v cut to a multiple of 1/16, for |v| below 2**27.
 reg reduced(reg v) { return truncated_whole(16.0L * v).value * sixteenth; }
-
-/// Whether the integer powers take y: whole and below 2**24, or a power of two below 2**31.
-bool for_integer_power(image_of<float> bits) {
-  const std::int32_t exponent = biased_exponent<float>(bits) - layout<float>::bias;
-  const std::uint32_t fraction = bits & 0x7FFFFF;
-  if (exponent < 0 || exponent > 30) return false;
-  return fraction == 0 || (exponent < 24 && (fraction & (0x7FFFFFu >> exponent)) == 0);
-}
 
 /// x**y for x > 0 by Cody and Waite's POWER: log2 of the significand g from a table of 2**(-k/16)
 /// and a short series, as u1 (a multiple of 1/16) + u2; the product with y as w1 (such a multiple)
@@ -150,11 +142,10 @@ reg power(const float& x, const float& y) {
   if (compares_equal(exponent, 0.0L)) return 1.0L;
   const reg base = load(x);
   if (compares_equal(base, 1.0L)) return base;
-  const auto bits = image(y);
-  if (for_integer_power(bits)) return integer_power(x, truncated_to_int32(exponent));
+  if (whole_by_leading_bits(y)) return integer_power(x, truncated_to_int32(exponent));
   if (greater(base, 0.0L)) return power_of_positive(x, false, exponent);
   if (less(base, 0.0L))
-    return biased_exponent<float>(bits) - layout<float>::bias >= 31
+    return biased_exponent<float>(image(y)) - layout<float>::bias >= 31
                ? power_of_positive(x, true, exponent)
                : quiet_nan;
   return greater(exponent, 0.0L) ? 0.0L : infinity;

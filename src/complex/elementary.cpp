@@ -1,0 +1,145 @@
+// Modulus, exponential, logarithm, square root, sine and cosine of COMPLEX*8 and COMPLEX*16.
+//
+// Short formulas on the instructions of the x87, in registers at 53 bits within their exponent
+// range. What NaNs, infinities and overflows give follows from the order of the steps; nothing
+// guards it. Where two types differ in their special values, each has its own function.
+
+#include "complex/parts.hpp"
+#include "entries.hpp"
+#include "frame/sections.hpp"
+#include "real/evaluation.hpp"
+#include "real/hyperbolic.hpp"
+#include "real/inverse_circular.hpp"
+
+namespace zrt::complex {
+namespace {
+
+/// sqrt(t**2 + 1) times the larger part, t the ratio of the smaller to it.
+[[gnu::always_inline]] inline reg modulus_by_ratio(reg smaller, reg larger, reg larger_size) {
+  const reg t = smaller / larger;
+  return fsqrt(t * t + 1.0L) * larger_size;
+}
+
+/// |z| without overflow or underflow. A part that is zero or a NaN drops out, the imaginary one
+/// first; two infinities give the default NaN.
+template <class C>
+[[gnu::always_inline]] inline reg modulus(const C& z) {
+  const reg a = fabs(load(z.re)), b = fabs(load(z.im));
+  if (compares_equal(b, 0.0L)) return a;
+  if (compares_equal(a, 0.0L)) return b;
+  const bool wide = greater(a, b);
+  return modulus_by_ratio(wide ? b : a, wide ? a : b, wide ? a : b);
+}
+
+/// e**x (cos y, sin y). An infinite x gives NaNs; from 2**63 on y stands for its own sine and
+/// cosine.
+template <class C>
+parts complex_exponential(const C& z) {
+  const reg e = exponential(load(z.re));
+  const reg y = load(z.im);
+  return {fcos(y) * e, fsin(y) * e};
+}
+
+/// ln|z| by fyl2x with ln 2, and the angle by fpatan.
+parts logarithm(const dcomplex& z) {
+  constexpr reg ln2 = 0x1.62e42fefa39efp-1L;
+  const reg re = fyl2x(ln2, modulus(z));
+  return {re, fpatan(load(z.im), load(z.re))};
+}
+
+/// The same with ln 2 rounded to single and the angle of REAL*4, whose zeros and NaNs are its own.
+parts logarithm(const fcomplex& z) {
+  constexpr reg ln2 = 0x1.62e43p-1L;
+  const reg re = fyl2x(ln2, modulus(z));
+  return {re, real::angle(z.im, z.re)};
+}
+
+/// sqrt((|z| + |x|) / 2) from halves, so that a modulus beyond the range does no harm.
+[[gnu::always_inline]] inline reg root_of_halves(reg modulus_of_z, reg x) {
+  return fsqrt(0.5L * modulus_of_z + 0.5L * fabs(x));
+}
+
+/// The root of the larger part. The square of x is guarded where y is a zero or a NaN; a NaN x goes
+/// through the second arm.
+reg larger_root(const dcomplex& z) {
+  const reg x = load(z.re), y = load(z.im);
+  if (greater(fabs(x), fabs(y))) return root_of_halves(modulus_by_ratio(y, x, fabs(x)), x);
+  if (!compares_equal(y, 0.0L)) return root_of_halves(modulus_by_ratio(x, y, fabs(y)), x);
+  if (stored<double>(x * x) == infinity) return fsqrt(2.0L * (0.5L * fabs(x)));
+  return root_of_halves(fsqrt(x * x), x);
+}
+
+/// The same for COMPLEX*8, where no square overflows: the tests run the other way round, and so
+/// other operands with NaNs reach each arm.
+reg larger_root(const fcomplex& z) {
+  const reg x = load(z.re), y = load(z.im);
+  if (greater_equal(fabs(y), fabs(x)))
+    return compares_equal(y, 0.0L) ? root_of_halves(fsqrt(x * x), x)
+                                   : root_of_halves(modulus_by_ratio(x, y, fabs(y)), x);
+  return compares_equal(x, 0.0L) ? fsqrt(0.5L * fsqrt(y * y))
+                                 : root_of_halves(modulus_by_ratio(y, x, fabs(x)), x);
+}
+
+/// sqrt(z): the root w of the larger part, stored, and v = |y| / 2w for the other; they change
+/// places for a negative or NaN x, and the imaginary part takes the sign of y. A zero or NaN w is
+/// the result with +0.0.
+template <class F, class C>
+parts square_root(const C& z) {
+  const reg w = stored<F>(larger_root(z));
+  if (compares_equal(w, 0.0L)) return {w, 0.0L};
+  const reg x = load(z.re), y = load(z.im);
+  const reg v = stored<F>(fabs(y) / (w + w));
+  const bool right = greater_equal(x, 0.0L);
+  return {right ? w : v, real::negated_if(less(y, 0.0L), right ? v : w)};
+}
+
+/// (sin x cosh y, cos x sinh y): the instruction's sine and cosine rounded to the type, the
+/// hyperbolic functions as the register holds them.
+template <class F, class C>
+parts sine(const C& z) {
+  const auto of_y = real::hyperbolic_pair(z.im);
+  const reg x = load(z.re);
+  return {of_y.cosine * stored<F>(fsin(x)), of_y.sine * stored<F>(fcos(x))};
+}
+
+/// (cos x cosh y, -(sin x sinh y)), in the same way.
+template <class F, class C>
+parts cosine(const C& z) {
+  const auto of_y = real::hyperbolic_pair(z.im);
+  const reg x = load(z.re);
+  return {of_y.cosine * stored<F>(fcos(x)), fchs(of_y.sine * stored<F>(fsin(x)))};
+}
+
+}  // namespace
+}  // namespace zrt::complex
+
+using namespace zrt;
+using namespace zrt::complex;
+
+ZRT_VALUE(real4_result, cabs)(fcomplex z) { return returned<float>(modulus(z)); }
+ZRT_VALUE(real8_result, cdabs)(dcomplex z) { return returned<double>(modulus(z)); }
+
+ZRT_VALUE(complex8_result, cexp)(fcomplex z) { return returned_complex8(complex_exponential(z)); }
+ZRT_VALUE(dcomplex*, cdexp)(dcomplex* result, dcomplex z) {
+  return returned_complex16(result, complex_exponential(z));
+}
+
+ZRT_VALUE(complex8_result, clog)(fcomplex z) { return returned_complex8(logarithm(z)); }
+ZRT_VALUE(dcomplex*, cdlog)(dcomplex* result, dcomplex z) {
+  return returned_complex16(result, logarithm(z));
+}
+
+ZRT_VALUE(complex8_result, csqrt)(fcomplex z) { return returned_complex8(square_root<float>(z)); }
+ZRT_VALUE(dcomplex*, cdsqrt)(dcomplex* result, dcomplex z) {
+  return returned_complex16(result, square_root<double>(z));
+}
+
+ZRT_VALUE(complex8_result, csin)(fcomplex z) { return returned_complex8(sine<float>(z)); }
+ZRT_VALUE(dcomplex*, cdsin)(dcomplex* result, dcomplex z) {
+  return returned_complex16(result, sine<double>(z));
+}
+
+ZRT_VALUE(complex8_result, ccos)(fcomplex z) { return returned_complex8(cosine<float>(z)); }
+ZRT_VALUE(dcomplex*, cdcos)(dcomplex* result, dcomplex z) {
+  return returned_complex16(result, cosine<double>(z));
+}
