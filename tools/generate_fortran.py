@@ -92,7 +92,7 @@ WRITTEN = {
     "fraction": [("q", "q", "integer(c_int32_t) :: e; call zorvik_frexpl(r, a, e)")],
     "exponent": [("q", "i", "type(real16) :: m; call zorvik_frexpl(m, a, r)")],
     "qprod": [("dd", "q", "call zorvik_qprod(r, a, b)")],
-    "epsilon": [("q", "q", "r = real16(2.0_c_double**(-105), 0.0_c_double)")],
+    "epsilon": [("q", "q", "r = real16(epsilon(a%hi)**2 / 2, 0.0_c_double)")],
     "tiny": [("q", "q", "r = real16(tiny(a%hi), 0.0_c_double)")],
     "huge": [("q", "q", "r = real16(huge(a%hi), huge(a%hi) * 2.0_c_double**(-54))")],
 }
