@@ -9,7 +9,6 @@ Reads src/frame/exports.list (its head tells the format) and writes:
   zorvikrt/entries.h        the public C declarations
   zorvikrt.map              ELF version script
   zorvikrt.def              Windows module definition
-  zorvikrt_interfaces.inc   Fortran interface blocks
   entry_table.inc           one row for each export, for tests and benchmarks
   entries.md                the reference of every entry
 Only the Python standard library is needed. Bad input gives one line with file and line number.
@@ -320,19 +319,21 @@ def fortran_lines(text):
 
 
 def fortran_interface(e, reference):
-    name = ("zorvik_i_" + reference if reference else
-            "zorvik_" + e.stem.strip("_").lower())
+    name = "zorvik_i_" + reference if reference else "zorvik_" + e.stem.strip("_").lower()
     symbol = "__zorvik_I_" + reference if reference else e.symbol
     address = e.result in AT_ADDRESS
     # A Fortran name may not repeat the name of the procedure or of its result.
     names = [operand for operand, _ in e.operands]
     arguments = (["answer"] if address else []) + names
     function = e.result != "v" and not address
-    # Not pure: what reads memory at an address, and a function that also writes to an operand.
-    impure = "mAIQ" if function else "m"
-    pure = "" if any(code in impure for _, code in e.operands) else "pure "
-    out = fortran_lines(f'  {pure}{"function" if function else "subroutine"} {name}({", ".join(arguments)})'
-                        f' bind(c, name="{symbol}")' + (" result(answer)" if function else ""))
+    # What only computes may be called from elemental procedures. A function that also writes an
+    # operand, and raw memory access, are not pure.
+    codes = [code for _, code in e.operands]
+    pure = "m" not in codes and not (function and any(code in "AIQ" for code in codes))
+    out = [] if reference else [f"  ! {line}" for line in e.doc]
+    out += fortran_lines(f'  {"pure " if pure else ""}{"function" if function else "subroutine"} {name}'
+                         f'({", ".join(arguments)})'
+                         f' bind(c, name="{symbol}")' + (" result(answer)" if function else ""))
     out.append("    import")
     if function:
         out.append(f"    {RESULTS[e.result][2]} :: answer")
@@ -420,7 +421,6 @@ def main(arguments):
     write(output / "zorvikrt" / "entries.h", c_header(ready, titles))
     write(output / "zorvikrt.map", version_script(ready))
     write(output / "zorvikrt.def", module_definition(ready))
-    write(output / "zorvikrt_interfaces.inc", fortran(ready))
     write(output / "entry_table.inc", entry_table(ready))
     write(output / "entries.md", markdown(ready, titles))
     write(output / "missing.txt", missing)

@@ -1,188 +1,272 @@
 #!/usr/bin/env python3
-"""Makes the Fortran module from its template: interface blocks, generic names and their wrappers.
+"""Makes the Fortran module: the interfaces of all entries, and the operators and generic functions of
+REAL*16 and COMPLEX*32 with the procedures behind them.
 
-usage: generate_fortran.py TEMPLATE INTERFACES OUTPUT
+usage: generate_fortran.py LIST TEMPLATE OUTPUT
 
-INTERFACES is what generate_exports.py has made from the list of exports. The tables below map each operator and
-each generic name to the one entry that computes it for its operand types.
+A line '!@ interfaces', '!@ generics' or '!@ procedures' of the template is replaced by what it names.
+The tables below say for every operator and function which entry computes it. Only the Python standard
+library is needed.
 """
 import sys
 from pathlib import Path
 
-# One letter for each type of an operand or result.
+from generate_exports import ListError, NOTE, fortran, fortran_lines, parse, write
+
+# Kinds of operands: a letter as in the list of exports.
 TYPES = {
-    "q": "type(real16)", "x": "type(complex32)", "d": "real(c_double)", "s": "real(c_float)",
-    "i": "integer(c_int32_t)", "k": "integer(c_int64_t)", "z": "complex(c_double_complex)",
-    "c": "complex(c_float_complex)", "l": "logical",
+    "i": "integer(c_int32_t)", "k": "integer(c_int64_t)", "w": "integer(c_int16_t)",
+    "f": "real(c_float)", "d": "real(c_double)", "c": "complex(c_float_complex)",
+    "z": "complex(c_double_complex)", "q": "type(real16)", "x": "type(complex32)", "l": "logical",
 }
-ZERO = "0.0_c_double"
+
+# How a kind becomes REAL*16 or COMPLEX*32: by an exact conversion.
+TO_REAL16 = {
+    "q": "{0}", "d": "real16({0}, 0.0_c_double)", "f": "real16(real({0}, c_double), 0.0_c_double)",
+    "i": "real16(real({0}, c_double), 0.0_c_double)", "k": "whole({0})",
+}
+TO_COMPLEX32 = {
+    "x": "{0}",
+    "z": "complex32(real16(real({0}), 0.0_c_double), real16(aimag({0}), 0.0_c_double))",
+    "c": "complex32(real16(real({0}, c_double), 0.0_c_double), real16(real(aimag({0}), c_double), 0.0_c_double))",
+}
+ZERO = "real16(0.0_c_double, 0.0_c_double)"
+for code, form in TO_REAL16.items():
+    TO_COMPLEX32[code] = f"complex32({form}, {ZERO})"
+TO_REAL8 = {"d": "{0}", "f": "real({0}, c_double)", "i": "real({0}, c_double)"}
+
+# Entries that take an operand of another kind as it is: operator, kinds -> entry, its kinds, exchanged.
+MIXED = {}
+for code, real8 in (("d", "d"), ("f", "d"), ("i", "d")):
+    MIXED.update({
+        ("+", "q" + code): ("qaddd", "qd", False), ("+", code + "q"): ("qaddd", "qd", True),
+        ("-", "q" + code): ("qsubd", "qd", False), ("-", code + "q"): ("dsubq", "dq", False),
+        ("*", "q" + code): ("qmuld", "qd", False), ("*", code + "q"): ("qmuld", "qd", True),
+        ("/", "q" + code): ("qdivd", "qd", False), ("/", code + "q"): ("ddivq", "dq", False)})
+MIXED.update({
+    ("*", "qi"): ("qmuli", "qi", False), ("*", "iq"): ("qmuli", "qi", True),
+    ("+", "qk"): ("qaddk", "qk", False), ("+", "kq"): ("qaddk", "qk", True),
+    ("-", "qk"): ("qsubk", "qk", False), ("-", "kq"): ("ksubq", "kq", False),
+    ("*", "qk"): ("qmulk", "qk", False), ("*", "kq"): ("qmulk", "qk", True),
+    ("/", "qk"): ("qdivk", "qk", False), ("/", "kq"): ("kdivq", "kq", False),
+    ("**", "qi"): ("powli", "qi", False), ("**", "qk"): ("powlk", "qk", False),
+    ("**", "qd"): ("powld", "qd", False), ("**", "qf"): ("powld", "qd", False),
+    ("**", "xi"): ("cqtoi", "xi", False)})
+OPERATORS = {"+": "add", "-": "subtract", "*": "multiply", "/": "divide", "**": "power"}
+REAL16 = {"+": "qadd", "-": "qsub", "*": "qmul", "/": "qdiv", "**": "powl"}
+COMPLEX32 = {"*": "cqmul", "/": "cqdiv", "**": "cpowl"}
+RELATIONS = {
+    "==": ("eq", "{0} == equal"), "/=": ("ne", "{0} /= equal"),
+    "<": ("lt", "{0} == less"), "<=": ("le", "({0} == less .or. {0} == equal)"),
+    ">": ("gt", "{0} == greater"), ">=": ("ge", "({0} == greater .or. {0} == equal)"),
+}
+
+# Generic functions: name -> (kinds, result, entry).
+UNARY = {
+    "abs": "fabsl", "aint": "qint", "anint": "qnint", "sqrt": "sqrtl", "exp": "expl", "log": "logl",
+    "log10": "log10l", "sin": "sinl", "cos": "cosl", "tan": "tanl", "cotan": "cotl", "asin": "asinl",
+    "acos": "acosl", "atan": "atanl", "sinh": "sinhl", "cosh": "coshl", "tanh": "tanhl", "sind": "sindl",
+    "cosd": "cosdl", "tand": "tandl", "asind": "asindl", "acosd": "acosdl", "atand": "atandl",
+}
+BINARY = {"sign": "copysignl", "dim": "fdiml", "mod": "fmodl", "atan2": "atan2l", "atan": "atan2l",
+          "atan2d": "atan2dl"}
+WHOLE = {"nint": ("i", "iqnint"), "jnint": ("i", "jiqnnt"), "inint": ("w", "iiqnnt"), "knint": ("k", "kiqnnt"),
+         "floor": ("i", "ifloorl"), "ceiling": ("i", "iceill")}
+COMPLEX_UNARY = {"sqrt": "csqrtl", "exp": "cexpl", "log": "clogl", "sin": "csinl", "cos": "ccosl"}
+
+# Functions written out: name -> [(kinds, result, statements)].
+WRITTEN = {
+    "real16": [(code, "q", f"r = {TO_REAL16[code].format('a')}") for code in "dfik"],
+    "complex32": [(code, "x", f"r = {TO_COMPLEX32[code].format('a')}") for code in "qzcdfik"]
+    + [("dd", "x", "r = complex32(real16(a, 0.0_c_double), real16(b, 0.0_c_double))")],
+    "cmplx": [("q", "x", f"r = complex32(a, {ZERO})"), ("qq", "x", "r = complex32(a, b)"),
+              ("qd", "x", "r = complex32(a, real16(b, 0.0_c_double))"),
+              ("dq", "x", "r = complex32(real16(a, 0.0_c_double), b)")],
+    "dcmplx": [("q", "x", f"r = complex32(a, {ZERO})"), ("qq", "x", "r = complex32(a, b)")],
+    "real": [("q", "f", "r = real(a%hi, c_float)"), ("x", "q", "r = a%re")],
+    "dble": [("q", "d", "r = a%hi"), ("x", "d", "r = a%re%hi")],
+    "int": [("q", "i", "r = transfer(zorvik_q2ll(a), 0_c_int32_t)")],
+    "aimag": [("x", "q", "r = a%im")],
+    "conjg": [("x", "x", "r%re = a%re; call zorvik_qneg(r%im, a%im)")],
+    "scale": [("qi", "q", "call zorvik_ldexpl(r, a, b)")],
+    "fraction": [("q", "q", "integer(c_int32_t) :: e; call zorvik_frexpl(r, a, e)")],
+    "exponent": [("q", "i", "type(real16) :: m; call zorvik_frexpl(m, a, r)")],
+    "qprod": [("dd", "q", "call zorvik_qprod(r, a, b)")],
+    "epsilon": [("q", "q", "r = real16(epsilon(a%hi)**2 / 2, 0.0_c_double)")],
+    "tiny": [("q", "q", "r = real16(tiny(a%hi), 0.0_c_double)")],
+    "huge": [("q", "q", "r = real16(huge(a%hi), huge(a%hi) * 2.0_c_double**(-54))")],
+}
 
 
-def double(name):
-    return f"real({name}, c_double)"
+class Module:
+    def __init__(self):
+        self.generics = {}     # generic -> specific names
+        self.procedures = []
 
-
-# An operand of each type as a REAL*16 and as a COMPLEX*32. INTEGER*8 needs an entry of its own.
-AS_Q = {"q": "{0}", "d": "real16({0}, " + ZERO + ")", "s": "real16(" + double("{0}") + ", " + ZERO + ")",
-        "i": "real16(" + double("{0}") + ", " + ZERO + ")"}
-AS_X = {"x": "{0}", **{t: "complex32(" + form + ", real16_zero)" for t, form in AS_Q.items()},
-        "z": "complex32(real16({0}%re, " + ZERO + "), real16({0}%im, " + ZERO + "))",
-        "c": "complex32(real16(" + double("{0}%re") + ", " + ZERO + "), real16(" + double("{0}%im") + ", " + ZERO + "))"}
-
-procedures = []   # (generic, name, operand types, result type, statements)
-
-
-def define(generic, name, operands, result, *statements):
-    procedures.append((generic, name, operands, result, statements))
-
-
-def call(entry, *arguments):
-    return f"call zorvik_{entry}({', '.join(('answer',) + arguments)})"
-
-
-# --- Arithmetic of REAL*16 ---
-# operator, name, entry of two REAL*16, entry and operand order for a REAL*8 and for an INTEGER*8 on either side
-for sign, name, qq, qd, dq, qk, kq in [
-        ("+", "add", "qadd", ("qaddd", "a", "b"), ("qaddd", "b", "a"), ("qaddk", "a", "b"), ("qaddk", "b", "a")),
-        ("-", "sub", "qsub", ("qsubd", "a", "b"), ("dsubq", "a", "b"), ("qsubk", "a", "b"), ("ksubq", "a", "b")),
-        ("*", "mul", "qmul", ("qmuld", "a", "b"), ("qmuld", "b", "a"), ("qmulk", "a", "b"), ("qmulk", "b", "a")),
-        ("/", "div", "qdiv", ("qdivd", "a", "b"), ("ddivq", "a", "b"), ("qdivk", "a", "b"), ("kdivq", "a", "b"))]:
-    generic = f"operator({sign})"
-    define(generic, name, "qq", "q", call(qq, "a", "b"))
-    for other in "dsi":
-        widened = (lambda names, which: [double(n) if n == which and other != "d" else n for n in names])
-        if other == "i" and sign == "*":
-            define(generic, name, "qi", "q", call("qmuli", "a", "b"))
-            define(generic, name, "iq", "q", call("qmuli", "b", "a"))
+    def add(self, generic, name, arguments, result, statements, assignment=False):
+        """One elemental procedure. Arguments are (name, kind); statements end with ';' or a new line."""
+        self.generics.setdefault(generic, []).append(name)
+        names = ", ".join(argument for argument, _ in arguments)
+        if assignment:
+            lines = [f"  elemental subroutine {name}({names})"]
+            intents = ["out", "in"]
         else:
-            define(generic, name, "q" + other, "q", call(qd[0], *widened(qd[1:], "b")))
-            define(generic, name, other + "q", "q", call(dq[0], *widened(dq[1:], "a")))
-    define(generic, name, "qk", "q", call(*qk))
-    define(generic, name, "kq", "q", call(*kq))
-define("operator(-)", "negated", "q", "q", call("qneg", "a"))
-define("operator(+)", "itself", "q", "q", "answer = a")
-define("operator(**)", "power", "qi", "q", call("powli", "a", "b"))
-define("operator(**)", "power", "qk", "q", call("powlk", "a", "b"))
-define("operator(**)", "power", "qq", "q", call("powl", "a", "b"))
-define("operator(**)", "power", "qd", "q", call("powld", "a", "b"))
-define("operator(**)", "power", "qs", "q", call("powld", "a", double("b")))
-define("operator(**)", "power", "dq", "q", call("powl", AS_Q["d"].format("a"), "b"))
-define("operator(**)", "power", "iq", "q", call("powl", AS_Q["i"].format("a"), "b"))
-
-# Relations read the status word of the comparison: 256 less, 16384 equal, 0 greater, 17664 unordered.
-for sign, name, test in [("==", "equal", "== 16384"), ("/=", "unequal", "/= 16384"), ("<", "less", "== 256"),
-                         (">", "greater", "== 0")]:
-    for left, right in ["qq", "qd", "dq", "qs", "sq", "qi", "iq"]:
-        define(f"operator({sign})", name, left + right, "l",
-               f"answer = zorvik_qcmp({AS_Q[left].format('a')}, {AS_Q[right].format('b')}) {test}")
-for sign, name, strict in [("<=", "less_equal", 256), (">=", "greater_equal", 0)]:
-    for left, right in ["qq", "qd", "dq", "qs", "sq", "qi", "iq"]:
-        define(f"operator({sign})", name, left + right, "l",
-               f"answer = any(zorvik_qcmp({AS_Q[left].format('a')}, {AS_Q[right].format('b')}) == [{strict}, 16384])")
-
-# --- Functions of REAL*16 ---
-for generic, entry in [("abs", "fabsl"), ("aint", "qint"), ("anint", "qnint"), ("sqrt", "sqrtl"), ("exp", "expl"),
-                       ("log", "logl"), ("log10", "log10l"), ("sin", "sinl"), ("cos", "cosl"), ("tan", "tanl"),
-                       ("cotan", "cotl"), ("asin", "asinl"), ("acos", "acosl"), ("atan", "atanl"),
-                       ("sinh", "sinhl"), ("cosh", "coshl"), ("tanh", "tanhl"), ("sind", "sindl"),
-                       ("cosd", "cosdl"), ("tand", "tandl"), ("asind", "asindl"), ("acosd", "acosdl"),
-                       ("atand", "atandl")]:
-    define(generic, generic, "q", "q", call(entry, "a"))
-for generic, entry in [("sign", "copysignl"), ("dim", "fdiml"), ("mod", "fmodl"), ("atan2", "atan2l"),
-                       ("atan2d", "atan2dl")]:
-    define(generic, generic, "qq", "q", call(entry, "a", "b"))
-for generic, entry in [("nint", "iqnint"), ("ceiling", "iceill"), ("floor", "ifloorl")]:
-    define(generic, generic, "q", "i", f"answer = zorvik_{entry}(a)")
-define("int", "int", "q", "i", "answer = int(zorvik_q2ll(a), c_int32_t)")
-define("dble", "dble", "q", "d", "answer = a%hi")
-define("real", "real", "q", "s", "answer = real(a%hi, c_float)")
-define("max", "max", "qq", "q", "answer = a", "if (zorvik_qcompare(a, b) < 0) answer = b")
-define("min", "min", "qq", "q", "answer = a", "if (zorvik_qcompare(a, b) > 0) answer = b")
-define("epsilon", "epsilon", "q", "q", "answer = real16(2.0_c_double**(-105), 0.0_c_double)")
-define("tiny", "tiny", "q", "q", "answer = real16(tiny(a%hi), 0.0_c_double)")
-define("huge", "huge", "q", "q", "answer = real16(huge(a%hi), huge(a%hi) * 2.0_c_double**(-54))")
-
-# --- Arithmetic and functions of COMPLEX*32 ---
-for sign, name, entry in [("+", "add", "qadd"), ("-", "sub", "qsub"), ("*", "mul", "cqmul"), ("/", "div", "cqdiv")]:
-    for left, right in ["xx", "xq", "qx", "xd", "dx", "xi", "ix", "xz", "zx"]:
-        a, b = AS_X[left].format("a"), AS_X[right].format("b")
-        if entry.startswith("c"):
-            define(f"operator({sign})", name, left + right, "x", call(entry, a, b))
-        else:
-            statements = [f"call zorvik_{entry}(answer%re, left%re, right%re)",
-                          f"call zorvik_{entry}(answer%im, left%im, right%im)"]
-            define(f"operator({sign})", name, left + right, "x", "type(complex32) :: left, right",
-                   f"left = {a}", f"right = {b}", *statements)
-define("operator(-)", "negated", "x", "x", "call zorvik_qneg(answer%re, a%re)", "call zorvik_qneg(answer%im, a%im)")
-define("operator(**)", "power", "xi", "x", call("cqtoi", "a", "b"))
-for other in "xqd":
-    define("operator(**)", "power", "x" + other, "x", call("cpowl", "a", AS_X[other].format("b")))
-for sign, name, joint in [("==", "equal", ".and."), ("/=", "unequal", ".or.")]:
-    define(f"operator({sign})", name, "xx", "l", f"answer = (a%re {sign} b%re) {joint} (a%im {sign} b%im)")
-define("abs", "abs", "x", "q", call("cabsl", "a"))
-for generic, entry in [("sqrt", "csqrtl"), ("exp", "cexpl"), ("log", "clogl"), ("sin", "csinl"), ("cos", "ccosl")]:
-    define(generic, generic, "x", "x", call(entry, "a"))
-define("real", "real", "x", "q", "answer = a%re")
-define("aimag", "aimag", "x", "q", "answer = a%im")
-define("conjg", "conjg", "x", "x", "answer%re = a%re", "call zorvik_qneg(answer%im, a%im)")
-define("cmplx", "cmplx", "qq", "x", "answer = complex32(a, b)")
-define("cmplx", "cmplx", "q", "x", "answer = complex32(a, real16_zero)")
-
-# --- Conversions: constructors and assignment ---
-for other in "dsi":
-    if other != "d":
-        define("real16", "real16_of", other, "q", "answer = " + AS_Q[other].format("a"))
-define("real16", "real16_of", "d", "q", "answer = " + AS_Q["d"].format("a"))
-define("real16", "real16_of", "k", "q", call("ll2q", "a"))
-for left, right, statement in (
-        [("q", t, "a = " + AS_Q[t].format("b")) for t in "dsi"] + [("q", "k", "call zorvik_ll2q(a, b)")]
-        + [("d", "q", "a = b%hi"), ("s", "q", "a = real(b%hi, c_float)"), ("k", "q", "a = zorvik_q2ll(b)"),
-           ("i", "q", "a = int(zorvik_q2ll(b), c_int32_t)")]
-        + [("x", t, "a = " + AS_X[t].format("b")) for t in "qdsizc"]
-        + [("z", "x", "a = cmplx(b%re%hi, b%im%hi, c_double)"), ("c", "x", "a = cmplx(b%re%hi, b%im%hi, c_float)")]):
-    define("assignment(=)", "assign", left + right, "", statement)
+            lines = [f"  elemental function {name}({names}) result(r)"]
+            intents = ["in"] * len(arguments)
+        for (argument, kind), intent in zip(arguments, intents):
+            lines.append(f"    {TYPES[kind]}, intent({intent}) :: {argument}")
+        if not assignment:
+            lines.append(f"    {TYPES[result]} :: r")
+        for statement in statements.split(";"):
+            lines += fortran_lines("    " + statement.strip())
+        lines += [f"  end {'subroutine' if assignment else 'function'} {name}", ""]
+        self.procedures += lines
 
 
-def wrapper(generic, name, operands, result, statements):
-    full = f"{name}_{operands}"
-    names = "ab"[:len(operands)]
-    kind = "function" if result else "subroutine"
-    out = [f"  elemental {kind} {full}({', '.join(names)})" + (" result(answer)" if result else "")]
-    for position, (operand, code) in enumerate(zip(names, operands)):
-        intent = "inout" if not result and position == 0 else "in"
-        out.append(f"    {TYPES[code]}, intent({intent}) :: {operand}")
-    if result:
-        out.append(f"    {TYPES[result]} :: answer")
-    out += [f"    {statement}" for statement in statements]
-    out.append(f"  end {kind} {full}")
-    return out
+def converted(kind, to, name):
+    """The operand as the entry takes it."""
+    if to == kind:
+        return name
+    return {"q": TO_REAL16, "x": TO_COMPLEX32, "d": TO_REAL8}[to][kind].format(name)
+
+
+def call(entry, kinds, entry_kinds, exchanged=False):
+    names = ["a", "b"][:len(kinds)]
+    operands = list(zip(names, kinds))
+    if exchanged:
+        operands.reverse()
+    arguments = [converted(kind, to, name) for (name, kind), to in zip(operands, entry_kinds)]
+    return f"call zorvik_{entry}({', '.join(['r'] + arguments)})"
+
+
+def add_operators(module):
+    reals = ["qq"] + ["q" + code for code in "dfik"] + [code + "q" for code in "dfik"]
+    complexes = ["xx"] + ["x" + code for code in "qzcdfik"] + [code + "x" for code in "qzcdfik"]
+    complexes += ["qz", "zq", "qc", "cq"]
+    for symbol, word in OPERATORS.items():
+        generic = f"operator({symbol})"
+        for kinds in reals:
+            entry, entry_kinds, exchanged = MIXED.get((symbol, kinds), (REAL16[symbol], "qq", False))
+            module.add(generic, f"{word}_{kinds}", list(zip("ab", kinds)), "q",
+                       call(entry, kinds, entry_kinds, exchanged))
+        for kinds in complexes:
+            if (symbol, kinds) in MIXED:
+                entry, entry_kinds, _ = MIXED[symbol, kinds]
+                statements = call(entry, kinds, entry_kinds)
+            elif symbol in COMPLEX32:
+                statements = call(COMPLEX32[symbol], kinds, "xx")
+            else:
+                # No entry adds COMPLEX*32: part by part.
+                x, y = (converted(kind, "x", name) for name, kind in zip("ab", kinds))
+                statements = (f"type(complex32) :: x, y; x = {x}; y = {y}; "
+                              f"call zorvik_{REAL16[symbol]}(r%re, x%re, y%re); "
+                              f"call zorvik_{REAL16[symbol]}(r%im, x%im, y%im)")
+            module.add(generic, f"{word}_{kinds}", list(zip("ab", kinds)), "x", statements)
+    module.add("operator(-)", "negate_q", [("a", "q")], "q", "call zorvik_qneg(r, a)")
+    module.add("operator(-)", "negate_x", [("a", "x")], "x",
+               "call zorvik_qneg(r%re, a%re); call zorvik_qneg(r%im, a%im)")
+    module.add("operator(+)", "plus_q", [("a", "q")], "q", "r = a")
+    module.add("operator(+)", "plus_x", [("a", "x")], "x", "r = a")
+
+    for symbol, (word, test) in RELATIONS.items():
+        for kinds in reals:
+            a, b = (converted(kind, "q", name) for name, kind in zip("ab", kinds))
+            module.add(f"operator({symbol})", f"{word}_{kinds}", list(zip("ab", kinds)), "l",
+                       f"integer(c_int32_t) :: order; order = zorvik_qcmp({a}, {b}); r = {test.format('order')}")
+    for kinds in complexes:
+        x, y = (converted(kind, "x", name) for name, kind in zip("ab", kinds))
+        both = (f"type(complex32) :: x, y; x = {x}; y = {y}; "
+                "r = zorvik_qcmp(x%re, y%re) == equal .and. zorvik_qcmp(x%im, y%im) == equal")
+        module.add("operator(==)", f"eq_{kinds}", list(zip("ab", kinds)), "l", both)
+        module.add("operator(/=)", f"ne_{kinds}", list(zip("ab", kinds)), "l", both + "; r = .not. r")
+
+
+def add_assignments(module):
+    forms = [("q" + code, f"a = {TO_REAL16[code].format('b')}") for code in "dfik"]
+    forms += [("x" + code, f"a = {TO_COMPLEX32[code].format('b')}") for code in "qzcdfik"]
+    forms += [("qx", "a = b%re"), ("dq", "a = b%hi"), ("fq", "a = real(b%hi, c_float)"),
+              ("iq", "a = transfer(zorvik_q2ll(b), 0_c_int32_t)"), ("kq", "a = zorvik_q2ll(b)"),
+              ("zx", "a = cmplx(b%re%hi, b%im%hi, c_double_complex)"),
+              ("cx", "a = cmplx(b%re%hi, b%im%hi, c_float_complex)")]
+    for kinds, statements in forms:
+        module.add("assignment(=)", f"assign_{kinds}", list(zip("ab", kinds)), None, statements, True)
+
+
+def add_functions(module):
+    for name, entry in UNARY.items():
+        module.add(name, f"{name}_q", [("a", "q")], "q", call(entry, "q", "q"))
+    for name, entry in BINARY.items():
+        for kinds in ("qq", "qd", "dq"):
+            module.add(name, f"{name}_{kinds}", list(zip("ab", kinds)), "q", call(entry, kinds, "qq"))
+    for name, (result, entry) in WHOLE.items():
+        value = f"zorvik_{entry}(a)"
+        module.add(name, f"{name}_q", [("a", "q")], result,
+                   f"r = int({value}, c_int16_t)" if result == "w" else f"r = {value}")
+    module.add("abs", "abs_x", [("a", "x")], "q", call("cabsl", "x", "x"))
+    for name, entry in COMPLEX_UNARY.items():
+        module.add(name, f"{name}_x", [("a", "x")], "x", call(entry, "x", "x"))
+    for name, order in (("max", "greater"), ("min", "less")):
+        for kinds in ("qq", "qd", "dq"):
+            a, b = (converted(kind, "q", n) for n, kind in zip("ab", kinds))
+            module.add(name, f"{name}_{kinds}", list(zip("ab", kinds)), "q",
+                       f"r = {a}; if (zorvik_qcmp({b}, r) == {order}) r = {b}")
+        module.add(name, f"{name}_qqq", list(zip("abc", "qqq")), "q", f"r = {name}_qq({name}_qq(a, b), c)")
+    for name, forms in WRITTEN.items():
+        for kinds, result, statements in forms:
+            module.add(name, f"{name}_of_{kinds}", list(zip("ab", kinds)), result, statements)
+    # Written in the template.
+    for name in ("sum_q", "product_q", "dot_product_q"):
+        module.generics[name[:-2]] = [name]
+    module.generics["real16"].append("real16_of_text")
+    module.generics["complex32"].append("complex32_of_text")
+
+
+def procedure_list(head, names):
+    """Breaks a list of names at 100 columns."""
+    lines, line = [], head
+    for index, name in enumerate(names):
+        part = name + ("," if index + 1 < len(names) else "")
+        if len(line) + len(part) + 3 > 100:
+            lines.append(line + " &")
+            line = "       "
+        line += " " + part
+    return lines + [line]
+
+
+def generics(module):
+    out = []
+    for generic, names in module.generics.items():
+        out.append(f"  interface {generic}")
+        out += procedure_list("    procedure", names)
+        out.append(f"  end interface {generic}")
+    return out + procedure_list("  private ::", sorted({n for names in module.generics.values() for n in names}))
 
 
 def main(arguments):
     if len(arguments) != 3:
-        sys.exit("usage: generate_fortran.py TEMPLATE INTERFACES OUTPUT")
+        sys.exit("usage: generate_fortran.py LIST TEMPLATE OUTPUT")
+    list_path, template, output = arguments
     try:
-        template = Path(arguments[0]).read_text(encoding="utf-8")
-        interfaces = Path(arguments[1]).read_text(encoding="utf-8")
-    except OSError as error:
+        entries, _ = parse(list_path)
+        text = Path(template).read_text(encoding="utf-8")
+    except (ListError, OSError, UnicodeDecodeError) as error:
         sys.exit(f"generate_fortran: {error}")
-    generics = {}
-    for generic, name, operands, _, _ in procedures:
-        generics.setdefault(generic, []).append(f"{name}_{operands}")
-    blocks = []
-    for generic, names in generics.items():
-        blocks.append(f"  interface {generic}")
-        for at in range(0, len(names), 6):
-            blocks.append(f"    procedure {', '.join(names[at:at + 6])}")
-        blocks.append("  end interface")
-    wrappers = []
-    for procedure in procedures:
-        wrappers += wrapper(*procedure) + [""]
-    for mark, text in [("@INTERFACES@", interfaces), ("@GENERICS@", "\n".join(blocks)), ("@WRAPPERS@", "\n".join(wrappers))]:
-        if template.count(mark) != 1:
-            sys.exit(f"generate_fortran: {arguments[0]} has {template.count(mark)} lines {mark}, not one")
-        template = template.replace(mark, text)
-    Path(arguments[2]).write_text(template, encoding="utf-8")
+    module = Module()
+    add_operators(module)
+    add_assignments(module)
+    add_functions(module)
+    parts = {"interfaces": fortran([e for e in entries if e.ready]), "generics": generics(module),
+             "procedures": module.procedures}
+    lines = [f"! {NOTE.replace('generate_exports.py', 'generate_fortran.py')}"]
+    for line in text.splitlines():
+        if line.startswith("!@"):
+            name = line[2:].strip()
+            if name not in parts:
+                sys.exit(f"generate_fortran: {template}: unknown part '{name}'")
+            lines += parts[name]
+        else:
+            lines.append(line)
+    write(Path(output), lines)
 
 
 if __name__ == "__main__":

@@ -192,8 +192,8 @@ contains
     x = real16(1) / 3
     write (line, '(DT"F"(20,10))') x
     call check(line == '        0.3333333333', 'fixed: ' // trim(line))
-    write (line, '(DT"E"(0,5), 1x, DT"G"(12,4))') x, x
-    call check(line == '3.33333e-01       0.3333', 'scientific and general: ' // trim(line))
+    write (line, '(DT"E"(5), 1x, DT"G"(12,4))') x, x
+    call check(line == '0.33333E+00       0.3333', 'scientific and general: ' // trim(line))
     write (line, '(DT"F"(4,10))') x
     call check(line == '****', 'too narrow')
     write (line, '(DT"S")') x
