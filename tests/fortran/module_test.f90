@@ -39,7 +39,7 @@ contains
     third = real16(1) / 3
     check_sums: block
       call check(same(third, real16(1.0d0 / 3, 1.850371707708594d-17)), '1/3')
-      call check(third * 3 == 1, '3 * 1/3')
+      call check(abs(third * 3 - 1) < 1d-31, '3 * 1/3')
       x = third + 2.5d0
       call check(same(x - 2.5d0, x - real16(2.5d0)), 'a REAL*8 beside a REAL*16')
       call check(same(2.5d0 + third, x), 'a REAL*8 in front')
@@ -70,6 +70,8 @@ contains
     call check(.not. no_number == no_number .and. no_number /= no_number, 'a NaN equals nothing')
     call check(.not. (no_number < one .or. no_number > one .or. no_number <= one .or. no_number >= one), 'a NaN is unordered')
     call check(max(one, above) == above .and. min(one, above) == one, 'max and min')
+    call check(max(one, 2d0) == 2 .and. min(0.5d0, one) == 0.5d0 .and. max(one, above, real16(3)) == 3, 'max and min of kinds')
+    call check(one < 2_8**62 .and. 2_8**62 >= one .and. real16(2_8**62 + 1) > 2_8**62, 'order by an INTEGER*8')
   end subroutine relations
 
   subroutine functions
@@ -93,6 +95,13 @@ contains
     call check(ceiling(x) == -2 .and. floor(x) == -3 .and. int(x) == -2, 'ceiling, floor, int')
     call check(sign(real16(2), x) == -2 .and. dim(real16(3), x) == 5.75d0 .and. mod(x, real16(2)) == -0.75d0, &
         'sign, dim, mod')
+    call check(sign(2d0, x) == -2 .and. dim(real16(3), 1d0) == 2 .and. mod(7d0, real16(4)) == 3, 'REAL*8 beside a REAL*16')
+    call check(same(atan(x, pi), atan2(x, pi)) .and. same(atan2(1d0, pi), atan2(real16(1), pi)), 'atan of two')
+    call check(knint(real16(2_8**60 + 1)) == 2_8**60 + 1 .and. inint(real16(32769)) == -32767_2 .and. jnint(x) == -3, &
+        'nint by kind')
+    call check(same(scale(x, 10), x * 1024) .and. fraction(x) == -0.6875d0 .and. exponent(x) == 2, &
+        'scale, fraction, exponent')
+    call check(same(qprod(0.1d0, 3d0), real16(0.1d0) * 3), 'exact product')
     call check(1 + epsilon(x) > 1 .and. huge(x) > huge(1d0) / 2 .and. tiny(x) == tiny(1d0), 'inquiries')
   end subroutine functions
 
@@ -137,6 +146,10 @@ contains
     z = (1d0, 2d0)
     c = z
     call check(c == (1d0, 2d0) .and. z == (0d0, 2d0) + z - (0d0, 2d0), 'COMPLEX*16')
+    call check(z * 2 == 2 * z .and. z + 1_8 == 1.0 + z .and. z / 2d0 == z * 0.5d0, 'COMPLEX*32 beside real kinds')
+    call check(z == (1d0, 2d0) .and. (1.0, 2.0) == z .and. z /= 1, 'COMPLEX*32 beside complex kinds')
+    call check(real16(3) * (1d0, 2d0) == cmplx(real16(3), 6d0), 'REAL*16 times COMPLEX*16')
+    call check(complex32('(1,2)') == z .and. complex32(1d0, 2d0) == z, 'constructors')
     z = real16(2) * z
     call check(aimag(z) == 4, 'REAL*16 times COMPLEX*32')
   end subroutine complexes
@@ -148,6 +161,7 @@ contains
     x = x * x + 0.5d0
     call check(all(x == [1.5d0, 4.5d0, 9.5d0, 16.5d0]), 'operators are elemental')
     call check(all(abs(sqrt(x)**2 - x) < 1d-30), 'functions are elemental')
+    call check(sum(x) == 32 .and. product(x(:2)) == 6.75d0 .and. dot_product(x, x) == 385d0, 'reductions')
   end subroutine arrays
 
   subroutine both_entry_forms
@@ -208,6 +222,25 @@ contains
     call check(abs(w - z) < 1d-31, 'COMPLEX*32: ' // trim(line))
     read (line, *, iostat=status) x
     call check(status /= 0, 'a COMPLEX*32 is not read as a REAL*16')
+    line = ' 1.5d0, [1+1e-300]  3,, -7e-1'
+    x = 0
+    block
+      type(real16) :: items(5)
+      items = 9
+      read (line, *) items
+      call check(same(items(1), real16(1.5d0)) .and. same(items(2), real16(1d0, 1d-300)) .and. items(3) == 3 .and. &
+          items(4) == 9 .and. same(items(5), real16('-0.7')), 'five items, one of them null')
+    end block
+    line = '  1.25 -0.5e1'
+    read (line, '(DT(6), DT(7))') x, y
+    call check(x == 1.25d0 .and. y == -5, 'by width')
+    write (line, '(DT"ES"(14,6), "|", DT"E"(14,6), "|", DT"F"(3))') -x, x / 1024, y
+    call check(line == ' -1.250000E+00|  0.122070E-02|-5.000', 'editing: ' // trim(line))
+    write (line, '(DT"E"(10,2), DT, DT"F"(8,2))') real16(0), real16(0.1d0), real16('-inf')
+    call check(line == '  0.00E+00[0.1+0]    -inf', 'editing: ' // trim(line))
+    write (line, '(DT)') cmplx(real16(0.5d0), real16(1) / 3)
+    read (line, '(DT)') z
+    call check(z == cmplx(real16(0.5d0), real16(1) / 3) .and. text(z) == line, 'COMPLEX*32: ' // trim(line))
     line = 'rubbish'
     read (line, *, iostat=status) x
     call check(status /= 0, 'rubbish is not read')
