@@ -20,7 +20,7 @@ packages="g++ g++-multilib gfortran gfortran-multilib cmake ninja-build python3"
 
 build=build/demo-i386
 if [ ! -f $build/build.ninja ]; then
-  cmake --preset linux-i386 -B $build -DZORVIKRT_TESTS=OFF -DZORVIKRT_BENCHMARKS=OFF -DZORVIKRT_EXAMPLES=ON >/dev/null
+  cmake --preset linux-i386 -B $build -DZORVIKRT_TESTS=OFF -DZORVIKRT_BENCHMARKS=OFF >/dev/null
 fi
 cmake --build $build >/dev/null
 $build/examples/planets examples/planets.dat "$date" $build/planets.svg
