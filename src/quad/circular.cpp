@@ -191,6 +191,11 @@ struct angle_parts {
 // 4e-31 in absolute terms for moderate x. NaNs and infinities give NaNs, of the tangent its pole.
 quad sine(const quad& x) { return angle_parts(x).sine(); }
 quad cosine(const quad& x) { return angle_parts(x).cosine(); }
+sine_and_cosine::sine_and_cosine(const quad& x) {
+  const angle_parts parts(x);
+  sine = parts.sine();
+  cosine = parts.cosine();
+}
 quad tangent(const quad& x) {
   const angle_parts parts(x);
   const quad numerator = parts.sine(), denominator = parts.cosine();

@@ -98,25 +98,44 @@ quad hyperbolic_tangent(const quad& x) {
 
 }  // namespace
 
-// Zeros and NaNs give zero. Up to 0.05 the series, beyond it half of e**x - 1/e**x, which gives
-// NaNs where either overflows and has the error of the exponential, up to 2**-96.
-quad hyperbolic_sine(const quad& x) {
-  if (is_zero_or_nan(x)) return zero;
-  if (!greater(leading(sub(magnitude(x), series_limit)), 0.0L)) {
-    const quad s = mul(x, x);
-    return is_ordinary(x) && is_ordinary(s) && less(load(s.hi), 0x1p-8L)
-               ? sine_series<in_register>(loaded(x), s)
-               : sine_series<by_store>(x, s);
-  }
-  const quad e = exponential(x);
+// The sine: up to 0.05 the series, beyond it half of e**x - 1/e**x, which gives NaNs where either
+// overflows and has the error of the exponential, up to 2**-96. Zeros and NaNs give zero. The
+// cosine: half of the sum, and one for zeros and NaNs.
+
+namespace {
+
+bool is_small(const quad& x) { return !greater(leading(sub(magnitude(x), series_limit)), 0.0L); }
+quad sine_of_small(const quad& x) {
+  const quad s = mul(x, x);
+  return is_ordinary(x) && is_ordinary(s) && less(load(s.hi), 0x1p-8L)
+             ? sine_series<in_register>(loaded(x), s)
+             : sine_series<by_store>(x, s);
+}
+quad sine_of_exponential(const quad& e) {
   return is_ordinary(e) ? half_difference<in_register>(e) : half_difference<by_store>(e);
 }
-
-// Zeros and NaNs give one; as for the sine, e**x and its reciprocal.
-quad hyperbolic_cosine(const quad& x) {
-  if (is_zero_or_nan(x)) return one;
-  const quad e = exponential(x);
+quad cosine_of_exponential(const quad& e) {
   return is_ordinary(e) ? half_sum<in_register>(e) : half_sum<by_store>(e);
+}
+
+}  // namespace
+
+quad hyperbolic_sine(const quad& x) {
+  if (is_zero_or_nan(x)) return zero;
+  return is_small(x) ? sine_of_small(x) : sine_of_exponential(exponential(x));
+}
+quad hyperbolic_cosine(const quad& x) {
+  return is_zero_or_nan(x) ? one : cosine_of_exponential(exponential(x));
+}
+hyperbolic_sine_and_cosine::hyperbolic_sine_and_cosine(const quad& x) {
+  if (is_zero_or_nan(x)) {
+    sine = zero;
+    cosine = one;
+    return;
+  }
+  const quad e = exponential(x);
+  sine = is_small(x) ? sine_of_small(x) : sine_of_exponential(e);
+  cosine = cosine_of_exponential(e);
 }
 
 }  // namespace zrt::quads
