@@ -19,11 +19,14 @@ ZRT_VALUE(cquad*, clogl)(cquad* result, cquad z) {
   return result;
 }
 ZRT_VALUE(cquad*, csinl)(cquad* result, cquad z) {
-  *result = {mul(sine(z.re), hyperbolic_cosine(z.im)), mul(cosine(z.re), hyperbolic_sine(z.im))};
+  const sine_and_cosine of_re(z.re);
+  const hyperbolic_sine_and_cosine of_im(z.im);
+  *result = {mul(of_re.sine, of_im.cosine), mul(of_re.cosine, of_im.sine)};
   return result;
 }
 ZRT_VALUE(cquad*, ccosl)(cquad* result, cquad z) {
-  *result = {mul(cosine(z.re), hyperbolic_cosine(z.im)),
-             mul(neg(sine(z.re)), hyperbolic_sine(z.im))};
+  const sine_and_cosine of_re(z.re);
+  const hyperbolic_sine_and_cosine of_im(z.im);
+  *result = {mul(of_re.cosine, of_im.cosine), mul(neg(of_re.sine), of_im.sine)};
   return result;
 }

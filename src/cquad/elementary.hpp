@@ -16,7 +16,8 @@ inline quad log_modulus(const cquad& z) { return logarithm(square_root(square_of
 /// e**x (cos y + i sin y).
 inline cquad exponential(const quad& x, const quad& y) {
   const quad e = quads::exponential(x);
-  return {mul(e, cosine(y)), mul(e, sine(y))};
+  const sine_and_cosine of_y(y);
+  return {mul(e, of_y.cosine), mul(e, of_y.sine)};
 }
 
 }  // namespace zrt::cquads

@@ -38,6 +38,17 @@ constexpr quad denominator[] = {
     constant(0x40A0205BD1723257, 0x3D133C91E02C6354),  // 2064.179332321782
 };
 
+constexpr double bound = 0x1.5f7p-3;  // tan(pi/8)**2 = 0.17157
+static_assert(exceeds_sums(numerator, 0, bound, false) &&
+              exceeds_sums(denominator, 0, bound, true));
+
+/// y + y z P(z)/Q(z), z = y**2.
+template <class Result>
+quad near_zero(const quad& y, const quad& z) {
+  const quad r = rational<Result>(z, numerator, denominator);
+  return add<Result>(mul<Result>(mul<Result>(r, z), y), y);
+}
+
 /// Reduction to |y| <= tan(pi/8) by the addition formula at pi/2 and pi/4, then a rational form;
 /// 7.4e-32 in absolute terms. NaNs and infinities give NaNs.
 quad arctangent(const quad& x) {
@@ -52,8 +63,8 @@ quad arctangent(const quad& x) {
     base = quarter_pi;
   }
   const quad z = mul(y, y);
-  const quad r = rational<by_store>(z, numerator, denominator);
-  const quad w = add(mul(mul(r, z), y), y);
+  const bool ordinary = greater(load(z.hi), 0x1p-200L) && less(load(z.hi), reg{bound});
+  const quad w = ordinary ? near_zero<in_register>(loaded(y), z) : near_zero<by_store>(y, z);
   const quad value = add(base, w);
   return below_zero ? neg(value) : value;
 }

@@ -20,7 +20,7 @@ constexpr quad overflowed = constant(0x7FF0000000000000, 0);
 template <class Result>
 quad power_of_two(const quad& f) {
   const quad r = mul<Result>(f, ln_2);
-  const quad h = scaled_by(r, 0.5L);
+  const quad h = scaled_by<Result>(r, 0.5L);
   const quad s = mul<Result>(h, h);
 
   quad p = add<Result>(s, 3960.0L);
@@ -35,7 +35,7 @@ quad power_of_two(const quad& f) {
 
   const quad w = div<Result>(odd, sub<Result>(b, odd));
   const quad square = mul<Result>(w, add<Result>(w, 1.0L));
-  return add<Result>(scaled_by(square, 4.0L), 1.0L);
+  return add<Result>(scaled_by<Result>(square, 4.0L), 1.0L);
 }
 
 }  // namespace

@@ -67,38 +67,72 @@ constexpr quad far_denominator[] = {
     constant(0x4139F7810D45D222, 0xBDCFE02C39A43740),  // 1701761.0518466313
 };
 
+// In registers the sums of the last rows near 1 may exceed the coefficients; all others do not.
+constexpr int close_rows = 3;
+constexpr double near_bound = 0x1.a8279ap-2, far_bound = 0x1.e28p-4;  // sqrt(2) - 1, 0.3432**2
+static_assert(exceeds_sums(near_numerator, close_rows, near_bound, false) &&
+              exceeds_sums(near_denominator, close_rows, near_bound, true) &&
+              exceeds_sums(far_numerator, 0, far_bound, false) &&
+              exceeds_sums(far_denominator, 0, far_bound, true));
+
+/// Whether m lies below sqrt(1/2), by the leading part of the difference. With a low part of at
+/// most half a unit, and sqrt_half's of 0.44 of a unit less than one half, the leading parts decide
+/// unless they are equal.
+template <class Result>
+bool below_root(const quad& m) {
+  if constexpr (std::same_as<Result, by_store>) return less(leading(sub(m, sqrt_half)), 0.0L);
+  const reg difference = reg{m.hi} - reg{sqrt_half.hi};
+  return less(difference, 0.0L) ||
+         (difference == 0.0L && less(reg{m.lo} - reg{sqrt_half.lo}, 0.0L));
+}
+
 /// The logarithm of m 2**e for operands near 1, where a small result keeps its relative accuracy.
+template <class Result>
 quad near_one(const quad& m, std::int32_t e) {
-  const bool low = less(leading(sub(m, sqrt_half)), 0.0L);
+  const bool low = below_root<Result>(m);
   if (low) --e;
-  const quad v = sub(low ? scaled_by(m, 2.0L) : m, 1.0L);
-  const quad w = mul(v, v);
-  const quad c = rational<by_store>(v, near_numerator, near_denominator);
-  quad y = mul(v, mul(w, c));
-  y = add(y, mul_integer(ln_2_low, e));
-  y = sub(y, scaled_by(w, 0.5L));
-  y = add(y, v);
-  return add(y, mul_integer(ln_2_high, e));
+  const quad v = sub_exact<Result>(low ? scaled_by<Result>(m, 2.0L) : m, 1.0L);
+  const quad w = mul<Result>(v, v);
+  const quad c = rational<Result, close_rows>(v, near_numerator, near_denominator);
+  quad y = mul<Result>(v, mul<Result>(w, c));
+  y = add<Result>(y, mul_integer<Result>(ln_2_low, e));
+  y = sub<Result>(y, scaled_by<Result>(w, 0.5L));
+  y = add<Result>(y, v);
+  return add<Result>(y, mul_integer<Result>(ln_2_high, e));
 }
 
 /// The same by z = 2 (m - 1) / (m + 1), formed from m/2 where the exponent moves.
+template <class Result>
 quad far_from_one(const quad& m, std::int32_t e) {
-  quad a, b;
-  if (less(leading(sub(m, sqrt_half)), 0.0L)) {
+  quad a = sub_exact<Result>(m, 0.5L), b = m;
+  if (below_root<Result>(m)) {
     --e;
-    a = sub(m, 0.5L);
-    b = add(mul(a, 0.5L), 0.5L);
+    b = a;
   } else {
-    a = sub(sub(m, 0.5L), 0.5L);
-    b = add(mul(m, 0.5L), 0.5L);
+    a = sub<Result>(a, 0.5L);
   }
-  const quad z = div(a, b);
-  const quad w = mul(z, z);
-  const quad c = rational<by_store>(w, far_numerator, far_denominator);
-  quad y = mul(z, mul(w, c));
-  y = add(y, mul_integer(ln_2_low, e));
-  y = add(y, z);
-  return add(y, mul_integer(ln_2_high, e));
+  b = add<Result>(mul_by_power<Result>(b, 0.5L), 0.5L);
+  const quad z = div<Result>(a, b);
+  const quad w = mul<Result>(z, z);
+  const quad c = rational<Result>(w, far_numerator, far_denominator);
+  quad y = mul<Result>(z, mul<Result>(w, c));
+  y = add<Result>(y, mul_integer<Result>(ln_2_low, e));
+  y = add<Result>(y, z);
+  return add<Result>(y, mul_integer<Result>(ln_2_high, e));
+}
+
+template <class Result>
+quad of_parts(const quad& m, std::int32_t e) {
+  return e > 2 || e < -2 ? far_from_one<Result>(m, e) : near_one<Result>(m, e);
+}
+
+/// Whether |x.lo| is zero or lies between 2**-100 and 2**-53 of a unit of x.hi's binade, e its
+/// exponent; with |e| up to 100 the significand is then x 2**-e in both parts.
+bool is_ordinary(const quad& x, int e) {
+  if (e < -100 || e > 100) return false;
+  const std::uint64_t lo = image(x.lo);
+  const int low_exponent = biased_exponent<double>(lo) - (layout<double>::bias - 1);
+  return lo << 1 == 0 || (low_exponent >= e - 100 && low_exponent < e - 53);
 }
 
 }  // namespace
@@ -111,10 +145,14 @@ quad logarithm(const quad& x) {
   const reg value = load(x.hi);
   if (!greater(value, 0.0L)) return value == 0.0L ? minus_infinity : invalid;
   if (value == infinity) return plus_infinity;
+  const int e = biased_exponent<double>(image(x.hi)) - (layout<double>::bias - 1);
+  if (is_ordinary(x, e)) {
+    const auto power = static_cast<std::uint32_t>(layout<float>::bias - e);
+    return of_parts<in_register>(
+        scaled_by<in_register>(x, load_image<float>(power << layout<float>::fraction_bits)), e);
+  }
   const parts taken_apart = significand_and_exponent(x);
-  const quad m = taken_apart.significand();
-  const std::int32_t e = taken_apart.exponent;
-  return e > 2 || e < -2 ? far_from_one(m, e) : near_one(m, e);
+  return of_parts<by_store>(taken_apart.significand(), taken_apart.exponent);
 }
 
 }  // namespace zrt::quads

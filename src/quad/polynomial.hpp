@@ -21,6 +21,19 @@ namespace zrt::quads {
   return r;
 }
 
+/// Whether every coefficient but the last `close_rows` exceeds what Horner's rule adds it to, for
+/// |x| up to `bound`; of a monic polynomial also the first.
+template <int n>
+constexpr bool exceeds_sums(const quad (&c)[n], int close_rows, double bound, bool monic) {
+  const auto size = [&c](int i) { return c[i].hi < 0 ? -c[i].hi : c[i].hi; };
+  double sum = monic ? 1.0 : size(0);
+  for (int i = monic ? 0 : 1; i < n - close_rows; ++i) {
+    if (!(sum * bound < 0.999 * size(i))) return false;
+    sum = sum * bound + size(i);
+  }
+  return true;
+}
+
 /// A numerator over a monic denominator, tables highest power first. In registers the two run side
 /// by side on one cut of x, and the last `close_rows` coefficients of each need not exceed what is
 /// added to them.

@@ -34,15 +34,14 @@ struct by_store {
   [[gnu::always_inline]] static reg value(const double& x) { return load(x); }
 };
 
-/// Results stay in registers where a store would not change them. For kernels whose leading parts
-/// are zero or lie between 2**-400 and 2**400:
-///  - what stands between the steps of a routine is then a normal double or a multiple of the
-///  operands'
-///    last bits above 2**-1022;
-///  - so is a leading part;
-///  - a low part of a sum is a sum of doubles, a multiple of 2**-1074, and thus a double. That of a
-///  product
-///    or quotient need not be, and is stored.
+/// Results stay in registers where a store would not change them, for kernels whose operands have
+/// leading parts between 2**-400 and 2**400, or are zero. There
+///  - a product of leading parts is normal, and its error a multiple of 2**-1022 or more;
+///  - a leading part of a product or quotient is of the order of the product or quotient of the
+///  leading
+///    parts, or, where a large low part cancels it, a multiple of its last bit;
+///  - both parts of a sum are sums of doubles, multiples of 2**-1074 in range, and thus doubles;
+///  - the low part of a product or quotient may be as small as it likes, and is stored.
 /// An infinity or a NaN is the same before and after its store.
 struct in_register {
   /// The promise that `x` is a double, with no instruction: a spill takes 64 bits.
@@ -150,8 +149,9 @@ inline quad scaled(const quad& a, std::int32_t n) {
 }
 
 /// a * p for a power of two p: exact but for the store.
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad scaled_by(const quad& a, reg power) {
-  return stored_pair(load(a.hi) * power, load(a.lo) * power);
+  return {Result::part(Result::value(a.hi) * power), by_store::part(Result::value(a.lo) * power)};
 }
 
 // --- Sums --------------------------------------------------------------------------------------
@@ -211,6 +211,13 @@ template <class Result = by_store>
   const reg x = Result::value(a.hi);
   const reg s = x - d;
   return closing_sum<Result>(s, difference_error(x, d, s) + Result::value(a.lo));
+}
+
+/// a - d where the difference of the leading parts is exact.
+template <class Result>
+[[gnu::always_inline]] inline quad sub_exact(const quad& a, reg d) {
+  if constexpr (std::same_as<Result, by_store>) return sub(a, d);
+  return closing_sum<in_register>(reg{a.hi} - d, 0.0L + reg{a.lo});
 }
 
 template <class Result = by_store>
@@ -277,6 +284,13 @@ constexpr factor constant_factor(const quad& a) {
   return stored_pair(p, product_error(a, b, p));
 }
 
+/// The same for a b of at most 26 bits.
+[[gnu::always_inline]] inline quad product_with_short(reg a, reg b) {
+  const reg p = a * b;
+  const cut<27> halves(a);
+  return {in_register::part(p), in_register::part((halves.high * b - p) + halves.low * b)};
+}
+
 /// The operands do not commute in the low bits: a.lo + a.hi rounds, b.hi does not take part in it.
 [[gnu::always_inline]] inline quad mul(const quad& a, const factor& b) {
   const reg x = a.hi, low = a.lo;
@@ -302,19 +316,27 @@ template <class Result = by_store>
 template <class Result>
 [[gnu::always_inline]] inline quad mul_by_short(const quad& a, reg d) {
   if constexpr (std::same_as<Result, by_store>) return mul(a, d);
-  const reg p = reg{a.hi} * d;
-  const cut<27> halves(a.hi);
-  return closing_sum<in_register, by_store>(
-      p, reg{a.lo} * d + ((halves.high * d - p) + halves.low * d));
+  const quad p = product_with_short(a.hi, d);
+  return closing_sum<in_register, by_store>(p.hi, reg{a.lo} * d + reg{p.lo});
+}
+
+/// By a power of two: the product of the leading part has no error.
+template <class Result>
+[[gnu::always_inline]] inline quad mul_by_power(const quad& a, reg power) {
+  if constexpr (std::same_as<Result, by_store>) return mul(a, power);
+  return closing_sum<in_register, by_store>(reg{a.hi} * power, reg{a.lo} * power + 0.0L);
 }
 
 /// a * k for an integer k: both products exact, then one sum. The short ways give a zero whatever a
 /// holds, a itself and -a.
-inline quad mul_integer(const quad& a, std::int32_t k) {
+template <class Result = by_store>
+[[gnu::always_inline]] inline quad mul_integer(const quad& a, std::int32_t k) {
   if (k == 0) return zero;
   if (k == 1) return a;
   if (k == -1) return neg(a);
   const reg multiple = load_integer(k);
+  if constexpr (std::same_as<Result, in_register>)
+    return add<in_register>(product_with_short(a.hi, multiple), product_with_short(a.lo, multiple));
   return add(product(load(a.hi), multiple), product(load(a.lo), multiple));
 }
 
