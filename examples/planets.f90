@@ -124,7 +124,7 @@ contains
     real(8), intent(in) :: element(6)
     procedure(reference_entry) :: sine, cosine
     real(8) :: at(3), e, mean, anomaly, step, degree, node, inclination
-    complex(8) :: orbit, rotation
+    complex(8) :: plane, orbit, rotation
     integer :: k
     degree = zorvik_datan(1.0d0) / 45
     e = element(2)
@@ -135,9 +135,9 @@ contains
       anomaly = anomaly - step
       if (zorvik_dabs(step) < 1d-15) exit
     end do
-    orbit = element(1) * cmplx(cosine(anomaly) - e, zorvik_dsqrt(1 - e * e) * sine(anomaly), 8)
+    plane = element(1) * cmplx(cosine(anomaly) - e, zorvik_dsqrt(1 - e * e) * sine(anomaly), 8)
     call zorvik_cdexp(rotation, cmplx(0.0d0, (element(5) - element(6)) * degree, 8))
-    call zorvik_cdmul(orbit, orbit, rotation)
+    call zorvik_cdmul(orbit, plane, rotation)
     node = element(6) * degree
     inclination = element(3) * degree
     at(1) = cosine(node) * real(orbit) - sine(node) * cosine(inclination) * aimag(orbit)

@@ -19,8 +19,11 @@ packages="g++ g++-multilib gfortran gfortran-multilib cmake ninja-build python3"
 . scripts/setup.sh
 
 build=build/demo-i386
-if [ ! -f $build/build.ninja ]; then
-  cmake --preset linux-i386 -B $build -DZORVIKRT_TESTS=OFF -DZORVIKRT_BENCHMARKS=OFF >/dev/null
-fi
-cmake --build $build >/dev/null
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+quietly() {
+  "$@" >"$log" 2>&1 || { cat "$log" >&2; echo "demo: '$*' failed" >&2; exit 1; }
+}
+[ -f $build/build.ninja ] || quietly cmake --preset linux-i386 -B $build -DZORVIKRT_TESTS=OFF -DZORVIKRT_BENCHMARKS=OFF
+quietly cmake --build $build
 $build/examples/planets examples/planets.dat "$date" $build/planets.svg
