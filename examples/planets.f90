@@ -189,6 +189,7 @@ contains
     real(8), parameter :: size = 800, middle = size / 2
     real(8) :: now(6), saved(6), at(3), scale
     integer :: unit, status, k, n
+    logical :: right
     open (newunit=unit, file=path, status='replace', action='write', iostat=status)
     if (status /= 0) call refuse('cannot write ' // trim(path))
     scale = (middle - 60) / zorvik_dsqrt(maxval([(norm2(all(k)%position), k=1, count)]))
@@ -214,7 +215,10 @@ contains
     do k = 1, count
       at(1:2) = plotted(all(k)%position, scale, middle)
       write (unit, '(2(a, f0.1), 3a)') '<circle cx="', at(1), '" cy="', at(2), '" r="5" fill="', colour(mod(k - 1, 8) + 1), '"/>'
-      write (unit, '(2(a, f0.1), 3a)') '<text x="', at(1) + 9, '" y="', at(2) + 5, '" fill="#e8e8f0">', trim(all(k)%name), '</text>'
+      ! Names stand outward and inward in turn, so that neighbours do not write over each other.
+      right = (at(1) > middle) .eqv. (mod(k, 2) == 1)
+      write (unit, '(2(a, f0.1), 5a)') '<text x="', at(1) + merge(9, -9, right), '" y="', at(2) + 5, '" text-anchor="', &
+          trim(merge('start', 'end  ', right)), '" fill="#e8e8f0">', trim(all(k)%name), '</text>'
     end do
     write (unit, '(a)') '</svg>'
     close (unit)
