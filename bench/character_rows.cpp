@@ -64,8 +64,10 @@ void add_length(std::size_t size, const char* name) {
     add_call(entry, own, size, [=] {
       return __zorvik_index(data->text.data(), part, n, static_cast<std::int32_t>(length));
     });
+#if defined(__GLIBC__)
     add_call(entry, "memmem", size,
              [=] { return memmem(data->text.data(), data->text.size(), part, length); });
+#endif
     add_call("f90_" + entry, own, size, [=] {
       static constexpr std::int32_t back = 1;
       return __zorvik_f90_index(data->text.data(), part, &back, n,

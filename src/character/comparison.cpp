@@ -16,15 +16,19 @@ int against_blanks(const char* rest, std::size_t length) {
   return static_cast<unsigned char>(rest[skipped]) > static_cast<unsigned char>(blank) ? 1 : -1;
 }
 
-/// -1 where a sorts before b, 1 where it sorts after b, 0 where the two are equal, the shorter one
-/// padded with blanks. A control character sorts before the end of the shorter one.
-int compared(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
-  const std::size_t a_length = extent(alen), b_length = extent(blen);
+[[gnu::noinline]] int compared_padded(const char* a, const char* b, std::size_t a_length,
+                                      std::size_t b_length) {
   const std::size_t common = std::min(a_length, b_length);
   if (const int found = order(a, b, common); found != 0) return found;
-  if (a_length == b_length) return 0;
   return a_length > b_length ? against_blanks(a + common, a_length - common)
                              : -against_blanks(b + common, b_length - common);
+}
+
+/// Below 0 where a sorts before b, above 0 where it sorts after b, 0 where the two are equal, the
+/// shorter one padded with blanks. A control character sorts before the end of the shorter one.
+int compared(const char* a, const char* b, std::int32_t a_length, std::int32_t b_length) {
+  if (a_length == b_length) return order(a, b, extent(a_length));
+  return compared_padded(a, b, extent(a_length), extent(b_length));
 }
 
 }  // namespace

@@ -67,13 +67,27 @@ inline void fill_blanks(char* text, std::size_t count) {
   for (; count > 0; ++text, --count) *text = blank;
 }
 
+/// The order of one to two words of bytes: the first byte has the most weight. Where the first
+/// words are equal the last ones decide, which may overlap them.
+template <class Word>
+int order_words(const char* a, const char* b, std::size_t count) {
+  auto x = load<Word>(a), y = load<Word>(b);
+  if (x == y) {
+    x = load<Word>(a + count - sizeof(Word));
+    y = load<Word>(b + count - sizeof(Word));
+  }
+  if (x == y) return 0;
+  if constexpr (sizeof(Word) == 8)
+    return __builtin_bswap64(x) < __builtin_bswap64(y) ? -1 : 1;
+  else
+    return __builtin_bswap32(x) < __builtin_bswap32(y) ? -1 : 1;
+}
+
 /// The order of `count` bytes as unsigned numbers: below, at or above 0.
 inline int order(const char* a, const char* b, std::size_t count) {
   if (count > short_length) return std::memcmp(a, b, count);
-  for (; count >= 4; a += 4, b += 4, count -= 4) {
-    const auto x = load<std::uint32_t>(a), y = load<std::uint32_t>(b);
-    if (x != y) return __builtin_bswap32(x) < __builtin_bswap32(y) ? -1 : 1;
-  }
+  if (count >= 8) return order_words<std::uint64_t>(a, b, count);
+  if (count >= 4) return order_words<std::uint32_t>(a, b, count);
   for (; count > 0; ++a, ++b, --count)
     if (*a != *b) return static_cast<unsigned char>(*a) < static_cast<unsigned char>(*b) ? -1 : 1;
   return 0;

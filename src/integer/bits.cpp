@@ -59,10 +59,10 @@ Kind field(Kind x, Kind position, Kind length) {
   return low<Kind>(static_cast<std::uint32_t>(static_cast<std::int32_t>(x) >> count(position)) &
                    mask);
 }
-/// INTEGER*8: the whole length is compared with 64; a longer one is all ones too.
+/// INTEGER*8: a length of 64 or more takes all bits.
 template <>
 integer8 field(integer8 x, integer8 position, integer8 length) {
-  const integer8 mask = length == 64 ? -1 : ~int64::shifted_left(-1, low<integer4>(length));
+  const integer8 mask = ~int64::shifted_left(-1, low<integer4>(length));
   return int64::shifted_right_arithmetically(x, low<integer4>(position)) & mask;
 }
 
