@@ -126,6 +126,15 @@ std::span<const entry> entries() {
   return all;
 }
 
+const description& description_of(const entry& e) {
+  static constexpr description all[] = {
+#define ZRT_DESCRIPTION(names, documentation) {names, documentation},
+#include "entry_descriptions.inc"
+#undef ZRT_DESCRIPTION
+  };
+  return all[&e - entries().data()];
+}
+
 #undef ZRT_VALUE_ENTRY
 #undef ZRT_REFERENCE_ENTRY
 #undef ZRT_PLAIN_ENTRY

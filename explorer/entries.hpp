@@ -45,6 +45,12 @@ struct entry {
 
 std::span<const entry> entries();
 
+struct description {
+  std::string_view names;     // of the operands, with blanks between them
+  const char* documentation;  // lines
+};
+const description& description_of(const entry& e);
+
 struct constant {
   const char* name;
   int width;  // in bits

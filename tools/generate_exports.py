@@ -10,6 +10,7 @@ Reads src/frame/exports.list (its head tells the format) and writes:
   zorvikrt.map              ELF version script
   zorvikrt.def              Windows module definition
   entry_table.inc           one row for each export, for tests and benchmarks
+  entry_descriptions.inc    signature and documentation of the same rows, for programs that show them
   entries.md                the reference of every entry
 Only the Python standard library is needed. Bad input gives one line with file and line number.
 """
@@ -381,6 +382,18 @@ def entry_table(entries):
     return out
 
 
+def entry_descriptions(entries):
+    """ZRT_DESCRIPTION(operand names, documentation), row by row as entry_table has the entries."""
+    out = [f"// {NOTE}"]
+    for e in entries:
+        if e.kind == "data":
+            continue
+        names = " ".join(name for name, _ in e.operands)
+        text = "\\n".join(line.replace("\\", "\\\\").replace('"', '\\"') for line in e.doc)
+        out += [f'ZRT_DESCRIPTION("{names}", "{text}")'] * (1 + len(e.references))
+    return out
+
+
 def markdown(entries, titles):
     out = ["# Entries", "", f"<!-- {NOTE} -->", "",
            "Value entries carry the prefix `__zorvik_`, reference entries `__zorvik_I_`.", ""]
@@ -422,6 +435,7 @@ def main(arguments):
     write(output / "zorvikrt.map", version_script(ready))
     write(output / "zorvikrt.def", module_definition(ready))
     write(output / "entry_table.inc", entry_table(ready))
+    write(output / "entry_descriptions.inc", entry_descriptions(ready))
     write(output / "entries.md", markdown(ready, titles))
     write(output / "missing.txt", missing)
 
