@@ -1,8 +1,8 @@
 // 64-bit multiplication, division and remainder, signed and unsigned.
 //
 // On i386 the fast forms are made of the processor's 64-by-32 divide; the x87 route would cost two
-// changes of control word. The slow forms use 32-bit integer instructions alone: limbs of 16
-// bits, shift and subtract.
+// changes of control word. The slow forms use 32-bit integer instructions alone: limbs of 16 bits,
+// shift and subtract.
 
 #include "int64/arithmetic.hpp"
 
@@ -103,7 +103,7 @@ constexpr words masked(words x, word mask) { return {x.low & mask, x.high & mask
 
 [[gnu::always_inline]] inline words product_of_words(word x, word y) {
   words result;
-  asm("mull %3" : "=a"(result.low), "=d"(result.high) : "a"(x), "g"(y) : "cc");
+  asm("mull %3" : "=a"(result.low), "=d"(result.high) : "a"(x), "rm"(y) : "cc");
   return result;
 }
 
