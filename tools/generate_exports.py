@@ -395,20 +395,25 @@ def entry_descriptions(entries):
 
 
 def markdown(entries, titles):
+    def escaped(text):
+        return re.sub(r"([*_])", r"\\\1", text)
+
     out = ["# Entries", "", f"<!-- {NOTE} -->", "",
            "Value entries carry the prefix `__zorvik_`, reference entries `__zorvik_I_`.", ""]
     family = None
     for e in entries:
         if e.family != family:
             family = e.family
-            out += [f"## {family}", "", " ".join(titles[family]), ""]
+            out += ["", f"## {family}", "", escaped(" ".join(titles[family])), ""]
+        doc = [escaped(line) for line in e.doc]
         if e.kind == "data":
-            out += [f"- `{e.stem}`: {' '.join(e.doc)}"]
+            out += [f"- `{e.stem}`: {' '.join(doc)}"]
             continue
-        operands = ", ".join(f"{name} {OPERANDS[code].name}" for name, code in e.operands)
-        result = "nothing" if e.result == "v" else OPERANDS[e.result].name
-        reference = ", ".join(f"`I_{r}`" for r in e.references) or "none"
-        out += [f"### `{e.stem}`({operands}) → {result}", "", *e.doc, "", f"Reference entry: {reference}.", ""]
+        operands = "; ".join(f"{name}: {OPERANDS[code].name}" for name, code in e.operands)
+        result = "" if e.result == "v" else f"; result: {OPERANDS[e.result].name}"
+        references = "".join(f"; reference entry `{r}`" for r in ("I_" + name for name in e.references))
+        out += [f"### `{e.stem}({', '.join(name for name, _ in e.operands)})`", "",
+                escaped(operands + result) + references + ".", "", *doc, ""]
     return out
 
 
