@@ -57,8 +57,9 @@ struct exponential_constants<float> {
 
 /// e**x by Cody and Waite: n = x / ln 2 to the nearest integer, r = x - n ln 2 within 0.347 with ln
 /// 2 in two pieces, e**r / 2 = 0.5 + r P(r**2) / (Q(r**2) - r P(r**2)), stored, times 2**(n + 1).
-/// Within one unit of the last place. Above 1023 ln 2 (REAL*4: 127 ln 2) and for NaN it gives
-/// +infinity, below -1022 ln 2 +0.0; in REAL*4 also wherever the result would be subnormal.
+/// Within 1.6 units of the last place (REAL*4: 0.52). Above 1023 ln 2 (REAL*4: 127 ln 2) and for
+/// NaN it gives +infinity, below -1022 ln 2 +0.0; in REAL*4 also wherever the result would be
+/// subnormal.
 template <format F>
 reg natural_exponential(const F& x) {
   using c = exponential_constants<F>;
@@ -143,7 +144,7 @@ reg leading_piece(reg value) {
 
 /// ln x for x within e**(-1/16) and e**(1/16): with f = x - 1 and u = 2 f / (2 + f), the odd series
 /// ln x = u + u**3/12 + ...; what u loses by its rounding is regained in w = (2 (f - u) - u f) from
-/// leading pieces. Below one unit of the last place, and exact at 1.
+/// leading pieces. Within 0.56 units of the last place, and exact at 1.
 template <format F>
 reg logarithm_near_one(reg x) {
   using c = logarithm_constants<F>;
@@ -176,7 +177,7 @@ reg significand(reg value, image_of<F> bits, std::int32_t exponent) {
 }
 
 /// ln x by Tang's table: x = 2**m (F + r) with F the nearest of 1 + j/128, ln x = m ln 2 + ln F +
-/// ln(1 + u), u = r / F within 2**-8, by a polynomial; below one unit of the last place. Not
+/// ln(1 + u), u = r / F within 2**-8, by a polynomial. Within 0.7 units of the last place. Not
 /// stored. Zeros give -infinity, negative operands and NaNs the library's NaN, +infinity itself.
 template <format F>
 reg natural_logarithm(const F& x) {

@@ -72,8 +72,8 @@ struct hyperbolic_tangent_constants<float> {
 };
 
 /// tanh x: 1 above 27.5 ln 2 (REAL*4: 13 ln 2) and for a NaN; above ln(3)/2 by 1 - 2 / (e**2y + 1);
-/// below by a rational form, |x| itself below 2**-26.5 (2**-12). Within two units of the last place
-/// of the format, and of the format. -0.0 gives +0.0.
+/// below by a rational form, |x| itself below 2**-26.5 (2**-12). Within 1.3 units of the last place
+/// (REAL*4: 0.61). The result is of the format. -0.0 gives +0.0.
 template <format F>
 reg hyperbolic_tangent(const F& operand) {
   using c = hyperbolic_tangent_constants<F>;

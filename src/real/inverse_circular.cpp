@@ -44,8 +44,8 @@ struct arcsine_constants<float> {
 
 /// asin y for y in [0, 1/2] as y + y g P(g) / Q(g), g = y**2; above 1/2 the same of
 /// sqrt((1 - y) / 2) = sqrt(g), doubled, as pi/2 - acos. Which function, sign and range it is then
-/// says the index: bit 0 the arccosine, bit 1 a negative x, bit 2 above 1/2. Within one unit of the
-/// last place of REAL*8 (REAL*4: of its rational form). |x| above 1 gives the library's NaN, a NaN
+/// says the index: bit 0 the arccosine, bit 1 a negative x, bit 2 above 1/2. Within 2.2 units of
+/// the last place (REAL*4: 2.4). |x| above 1 gives the library's NaN, a NaN
 /// itself.
 template <format F>
 [[gnu::always_inline]] inline reg arcsine_kernel(const F& operand, int flag) {
@@ -133,8 +133,8 @@ struct arctangent_constants<float> {
 };
 
 /// atan f by Cody and Waite: 1 / f above 1, then (f sqrt(3) - 1) / (f + sqrt(3)) above 2 - sqrt(3),
-/// a rational form, and pi/6, pi/2 or pi/3. Stored behind every step; within one unit of the last
-/// place. Zeros and NaNs give themselves.
+/// a rational form, and pi/6, pi/2 or pi/3. Stored behind every step. Within 2.6 units of the last
+/// place (REAL*4: 1.6). Zeros and NaNs give themselves.
 template <format F>
 reg arctangent(const F& operand) {
   using c = arctangent_constants<F>;

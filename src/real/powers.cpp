@@ -76,17 +76,17 @@ reg reduced(reg v) { return truncated_whole(16.0L * v).value * sixteenth; }
 
 /// x**y for x > 0 by Cody and Waite's POWER: log2 of the significand g from a table of 2**(-k/16)
 /// and a short series, as u1 (a multiple of 1/16) + u2; the product with y as w1 (such a multiple)
-/// + w2, and 2**(w1 + w2) from the table again. Within one unit of the last place of REAL*4, which
-/// the result is. Above the range +infinity, where the result would be subnormal +0.0.
-reg power_of_positive(const float& x, bool negated, reg y) {
+/// + w2, and 2**(w1 + w2) from the table again. The result is a REAL*4, within 1.2 units of the
+/// last place for small |y|; the logarithm is good to 1e-8, which a large one multiplies. Above the
+/// range +infinity, where the result would be subnormal +0.0.
+reg power_of_positive(image_of<float> x, const float& exponent) {
   constexpr std::int32_t half_bias = 126;          // the exponent field of [0.5, 1)
   constexpr reg log2_e_less_one = 0x1.c551dap-2L;  // 0.4426950514316559
   constexpr reg series[] = {0x1.bd51fcp-5L,        // 0.05436038225889206
                             0x1.ebe62ap-3L,        // 0.24018509685993195
                             0x1.62e422p-1L};       // 0.6931467652320862
-  const auto bits = negated ? image(x) ^ 0x80000000u : image(x);
-  const std::int32_t m = biased_exponent<float>(bits) - half_bias;
-  const auto g_bits = (bits & 0x7FFFFF) | half_bias << 23;
+  const std::int32_t m = biased_exponent<float>(x) - half_bias;
+  const auto g_bits = (x & 0x7FFFFF) | half_bias << 23;
 
   // The table falls, so the row below g is found in three steps; images of positive numbers compare
   // as the numbers do.
@@ -104,6 +104,7 @@ reg power_of_positive(const float& x, bool negated, reg y) {
   const reg u2 = ((r + r * log2_e_less_one) + log2_e_less_one * z) + z;
   const reg u1 = load_integer(16 * m - (p + 1)) * sixteenth;
 
+  const reg y = load(exponent);
   const auto beyond = [](reg w) { return less(w, 0.0L) ? 0.0L : infinity; };
   if (beyond_sixteenths(y)) return beyond((u1 + u2) * y);
   const reg y1 = reduced(y);
@@ -119,7 +120,7 @@ reg power_of_positive(const float& x, bool negated, reg y) {
   w = w1 + w3;
   w2 = w2 - w3;
   if (beyond_sixteenths(w)) return beyond(w);
-  std::int32_t sixteenths = truncated_to_int32(16.0L * w);
+  std::int32_t sixteenths = truncated_whole(16.0L * w).integer;
   if (sixteenths > 2046) return infinity;
   if (sixteenths < -2014) return 0.0L;
   // A fraction of 0 or more gives one sixteenth to the multiple, so that 2**fraction is at most 1.
@@ -143,11 +144,12 @@ reg power(const float& x, const float& y) {
   const reg base = load(x);
   if (compares_equal(base, 1.0L)) return base;
   if (whole_by_leading_bits(y)) return integer_power(x, truncated_to_int32(exponent));
-  if (greater(base, 0.0L)) return power_of_positive(x, false, exponent);
-  if (less(base, 0.0L))
-    return biased_exponent<float>(image(y)) - layout<float>::bias >= 31
-               ? power_of_positive(x, true, exponent)
-               : quiet_nan;
+  if (greater(base, 0.0L)) return power_of_positive(image(x), y);
+  if (less(base, 0.0L)) {
+    constexpr image_of<float> sign = 0x80000000;
+    if (biased_exponent<float>(image(y)) - layout<float>::bias <= 30) return quiet_nan;
+    return power_of_positive(image(x) ^ sign, y);
+  }
   return greater(exponent, 0.0L) ? 0.0L : infinity;
 }
 
