@@ -25,12 +25,13 @@ def fingerprint(source):
     return "sources " + digest.hexdigest()
 
 
-def differences(mine, others):
-    lines, faults = dict(line.split() for line in mine), []
-    theirs = dict(line.split() for line in others)
-    for name in sorted(lines.keys() | theirs.keys()):
-        if lines.get(name) != theirs.get(name):
-            faults.append(f"{name}: {lines.get(name, 'missing')} here, {theirs.get(name, 'missing')} there")
+def differences(mine, theirs):
+    """By name; a second digest, of register images, counts where both have one."""
+    here, there = ({name: digests for name, *digests in map(str.split, lines)} for lines in (mine, theirs))
+    faults = []
+    for name in sorted(here.keys() | there.keys()):
+        pairs = list(zip(here.get(name, ["missing"]), there.get(name, ["missing"])))
+        faults += [f"{name}: {one} here, {other} there" for one, other in pairs if one != other][:1]
     return faults
 
 

@@ -31,6 +31,11 @@ def main(checker):
         assert "dabs: 03 here, 02 there" in other.stdout, other.stdout
         assert "sqrt: 04 here, missing there" in other.stdout, other.stdout
         assert "dint" not in other.stdout, other.stdout
+        wider = run("b", "dint 01 11\ndabs 02 12")
+        assert wider.returncode == 0, wider.stdout
+        register = run("a", "dint 01 10\ndabs 02 12")
+        assert register.returncode == 1 and "dint: 10 here, 11 there" in register.stdout, register.stdout
+        assert "dabs" not in register.stdout, register.stdout
         failed = run("b", "dint 01", 3)
         assert failed.returncode == 1 and "ended with 3" in failed.stderr, failed.stderr
         kernel.write_text("two\n")

@@ -1,5 +1,6 @@
-// Prints one line for each export: its name and a digest of its results over fixed operands. The
-// builds compute the same results, so they print the same lines.
+// Prints one line for each export: its name and a digest of its results over fixed operands; where
+// REAL results travel on the FPU stack, also one of their 80-bit images. The builds compute the
+// same results, so they print the same lines.
 //
 //   zorvikrt_digest                  all lines
 //   zorvikrt_digest --trace NAME     each call of one entry, operands and result in hexadecimal
@@ -45,9 +46,13 @@ std::string hexadecimal(std::uint64_t value, int digits) {
 
 bool is_address(char code) { return std::strchr("aAmLPITQ", code) != nullptr; }
 
-std::uint64_t digest_of(const explorer::entry& e, bool trace) {
+struct digests {
+  hash results, registers;
+};
+
+digests digests_of(const explorer::entry& e, bool trace) {
   generator random(seed_of(e.name));
-  hash sum;
+  digests sums;
   tuple call;
   const bool writes = e.codes.find_first_of("AmIQ") != std::string_view::npos;
   const int result_size = e.result == 'b' || e.result == 'w' ? 4 : explorer::size_of(e.result);
@@ -61,7 +66,9 @@ std::uint64_t digest_of(const explorer::entry& e, bool trace) {
                                                            explorer::size_of(e.codes[operand])) +
                                                    ' ';
     const explorer::outcome out = e({call.operands.data(), e.codes.size()});
+    hash& sum = sums.results;
     sum(out.result.bytes.data(), static_cast<std::size_t>(result_size));
+    if (out.in_register) sums.registers(out.register_image.data(), out.register_image.size());
     if (writes) {
       sum(call.room.target.data(), call.room.target.size());
       sum(call.room.integers.data(), sizeof call.room.integers);
@@ -77,7 +84,7 @@ std::uint64_t digest_of(const explorer::entry& e, bool trace) {
       std::puts(line.c_str());
     }
   }
-  return sum.value();
+  return sums;
 }
 
 }  // namespace
@@ -92,7 +99,7 @@ int main(int count, char** arguments) {
   if (trace) {
     for (const explorer::entry& e : explorer::entries())
       if (std::strcmp(e.name, arguments[2]) == 0) {
-        digest_of(e, true);
+        digests_of(e, true);
         return 0;
       }
     std::fprintf(stderr, "zorvikrt_digest: there is no entry %s\n", arguments[2]);
@@ -100,7 +107,14 @@ int main(int count, char** arguments) {
   }
   for (const explorer::constant& c : explorer::constants())
     std::printf("%s %s\n", c.name, hexadecimal(c.bits, c.width / 4).c_str());
-  for (const explorer::entry& e : explorer::entries())
-    std::printf("%s %s\n", e.name, hexadecimal(digest_of(e, false), 16).c_str());
+  for (const explorer::entry& e : explorer::entries()) {
+    const digests sums = digests_of(e, false);
+    std::printf("%s %s", e.name, hexadecimal(sums.results.value(), 16).c_str());
+#if defined(__i386__)
+    if (e.result == 'f' || e.result == 'd')
+      std::printf(" %s", hexadecimal(sums.registers.value(), 16).c_str());
+#endif
+    std::puts("");
+  }
   return 0;
 }

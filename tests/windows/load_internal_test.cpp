@@ -70,20 +70,6 @@ TEST(Guard, SurvivesAnIllegalInstruction) {
   EXPECT_EQ(bodies_run, 100);
 }
 
-TEST(Guard, AFaultLeavesSseAbsentAndTheWordSet) {
-  // What guarded_probe does with a probe that faults.
-  sse_state = survives(illegal, load_word) ? sse::usable : sse::absent;
-  const std::uint32_t mxcsr = mxcsr_get();
-  EXPECT_EQ(sse_state, sse::absent);
-  support::set_control_word(0x0F7F);
-  EXPECT_EQ(load_entry(nullptr, DLL_THREAD_ATTACH, nullptr), 1);
-  EXPECT_EQ(support::control_word() & 0x0F3F, 0x023F);
-  EXPECT_EQ(mxcsr_get(), mxcsr) << "MXCSR is never touched again";
-  sse_state = sse::not_probed;
-  EXPECT_EQ(load_entry(nullptr, DLL_THREAD_ATTACH, nullptr), 1);
-  EXPECT_EQ(sse_state, sse::usable);
-}
-
 TEST(Guard, RewritesTheContextOfAnIllegalInstructionOnly) {
   probe_registers = {1, 2, 3, 4, 5, 6};
   EXCEPTION_RECORD record{};
