@@ -15,30 +15,7 @@ constexpr quad pole = constant(0x7FEFFFFFFFFFFFFB, 0);
 constexpr reg series_end = 0x1.4484bfeebc2ap-100L;  // 1e-30
 constexpr reg quad_limit = 0x1.203af9ee75616p-50L;  // 1e-15: smaller terms need no low part
 
-// sin(k pi/40), good to 6.1e-32 as sums; the split is not the nearest one in every row.
-constexpr quad sines[] = {
-    constant(0x0000000000000000, 0x0000000000000000),  // 0
-    constant(0x3FB415E532398E49, 0x3C3B036BA52766E3),  // 1
-    constant(0x3FC4060B67A85376, 0xBC7FF119D778119D),  // 2
-    constant(0x3FCDE189A594FBCB, 0x3C77BBF36C8DAD22),  // 3
-    constant(0x3FD3C6EF372FE951, 0xBC97D418C67F3F46),  // 4
-    constant(0x3FD87DE2A6AEA963, 0xBC672CEDD3D5A612),  // 5
-    constant(0x3FDD0E2E2B44DE01, 0xBC6DCAD11F226A7D),  // 6
-    constant(0x3FE0B84EE8F52E9C, 0x3C930AF4300C1E15),  // 7
-    constant(0x3FE2CF2304755A5F, 0xBCA124BD9A522CA2),  // 8
-    constant(0x3FE4C8474600EEEF, 0xBCA05B0E7C4676DE),  // 9
-    constant(0x3FE6A09E667F3BCD, 0xBC8BDD3413B26458),  // 10
-    constant(0x3FE8553EE43DEF14, 0xBC9DE39D5113E28C),  // 11
-    constant(0x3FE9E3779B97F4A9, 0xBCA3EA0C633F9FA4),  // 12
-    constant(0x3FEB48D406A50540, 0x3C88F8BC804D7A1C),  // 13
-    constant(0x3FEC83201D3D2C6E, 0xBCA540BC63B3A950),  // 14
-    constant(0x3FED906BCF328D47, 0xBC9AEA067BF73950),  // 15
-    constant(0x3FEE6F0E13445500, 0xBC94339123CB9E56),  // 16
-    constant(0x3FEF1DA785F71BCE, 0x3C89D1B559B63A92),  // 17
-    constant(0x3FEF9B24942FE45C, 0xBC8974E46EFC6628),  // 18
-    constant(0x3FEFE6BF2E2660AF, 0x3C6C7B0E73511FFF),  // 19
-    constant(0x3FF0000000000000, 0x0000000000000000),  // 20
-};
+#include "quad/circular_tables.inc"
 constexpr std::int32_t last_row = 20;
 
 /// The sines of negative k, too, at k + 20, as factors.

@@ -14,22 +14,7 @@ constexpr reg series_tolerance = 0x1.ffffffffffff9p-107L;  // seven units below 
 constexpr reg rational_limit = 0.625L;
 constexpr quad saturation_limit = constant(0x40762E42FEFA39EF, 0x3D0A9C9E3B398036);  // 354.89
 
-// tanh x = x + x s P(s)/Q(s) in s = x**2, for |x| < 0.625; Q monic.
-constexpr quad numerator[] = {
-    constant(0xBEDB496F54584492, 0xBB7482C928F97676),  // -6.505693197948351e-06
-    constant(0xBFEF5F8168559A35, 0xBC7CA6CC3E37D9C0),  // -0.980408386018843
-    constant(0xC07F9875D11FF0F2, 0x3D15393FBD3AEE58),  // -505.52876389004734
-    constant(0xC0F1D72C57FC2FC4, 0x3D911950E23D5158),  // -73074.77148073824
-    constant(0xC14AF1AB4B0808D0, 0xBDE1052333DEBEEC),  // -3531606.586182691
-    constant(0xC185B3E15BB10114, 0x3E2928816C5EEBCE),  // -45513771.46142784
-};
-constexpr quad denominator[] = {
-    constant(0x4080ABE4797D1108, 0xBD1D3C70E5C91EA4),  // 533.4865598460028
-    constant(0x40F3AC8C18E14911, 0xBD93129CE1CEF5E8),  // 80584.75607422391
-    constant(0x415002B46185E041, 0x3DF22C0B6DF3DA30),  // 4197073.523796142
-    constant(0x418F185E8C191C8B, 0x3E28338E7E14A8A0),  // 65211345.51226147
-    constant(0x41A046E904C4C0CF, 0xBE42DE61114730D9),  // 136541314.3842835
-};
+#include "quad/hyperbolic_tables.inc"
 
 constexpr double bound = 0x1.9001p-2;  // rational_limit**2
 static_assert(exceeds_sums(numerator, 0, bound, false) &&

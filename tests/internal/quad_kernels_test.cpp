@@ -227,3 +227,36 @@ TEST(QuadScaling, RoundsOnceAtTheStore) {
   }
   EXPECT_QUAD(scaled({0x1.8p1023, -0x1.8p1023}, INT32_MIN), {0.0, -0.0});
 }
+
+namespace logarithm_tables {
+#include "quad/logarithm_tables.inc"
+}
+namespace hyperbolic_tables {
+#include "quad/hyperbolic_tables.inc"
+}
+namespace arctangent_tables {
+#include "quad/arctangent_tables.inc"
+}
+namespace circular_tables {
+#include "quad/circular_tables.inc"
+}
+
+// No result shows the last digits of the leading coefficients, so the tables are held by digests.
+TEST(QuadTables, KeepEveryDigit) {
+  const auto digest = [](const auto& table) {
+    std::uint64_t sum = 0xCBF29CE484222325;
+    for (const quad& row : table)
+      for (const std::uint64_t part : {image(row.hi), image(row.lo)})
+        sum = (sum ^ part) * 0x100000001B3;
+    return sum;
+  };
+  EXPECT_EQ(digest(logarithm_tables::near_numerator), 0x75658B794F98F1B4u);
+  EXPECT_EQ(digest(logarithm_tables::near_denominator), 0x9FD6E94D972DA522u);
+  EXPECT_EQ(digest(logarithm_tables::far_numerator), 0x1909D48FDC98DA35u);
+  EXPECT_EQ(digest(logarithm_tables::far_denominator), 0xE6C6467C28407C2Bu);
+  EXPECT_EQ(digest(hyperbolic_tables::numerator), 0x0ACAE72C6B8422D8u);
+  EXPECT_EQ(digest(hyperbolic_tables::denominator), 0x62E44B546C1D372Au);
+  EXPECT_EQ(digest(arctangent_tables::numerator), 0xB21DCA0995522EB9u);
+  EXPECT_EQ(digest(arctangent_tables::denominator), 0x0B6C03CB89BDED3Au);
+  EXPECT_EQ(digest(circular_tables::sines), 0xBE85C393C8ADB967u);
+}
