@@ -52,12 +52,11 @@ constexpr modulus step = modulus_of(constant(0x3FB41B2F769CF0E0, 0x3C4C3D09EB53C
 /// error. An x that is not so, or that is not normalised, gives false.
 [[gnu::always_inline]] inline bool reduce_short(const quad& x, const modulus& y,
                                                 reduction& result) {
-  constexpr reg to_whole = 0x1.8p52L;
   const reg q = reg{x.hi} * y.reciprocal;
-  const reg n = (q + to_whole) - to_whole;
-  if (!less(fabs(q), 0x1p20L) || !less(fabs(q - n), 0.499L) || !less(fabs(reg{x.lo}), 0x1p-20L) ||
-      !greater(fabs(reg{x.hi}), 0x1p-100L))
+  if (!less(fabs(q), 0x1p20L) || !greater(fabs(q), 0x1p-100L) || !less(fabs(reg{x.lo}), 0x1p-20L))
     return false;
+  const reg n = load_integer(fistp32(q));
+  if (!less(fabs(q - n), 0.499L)) return false;
   const quad p1 = multiple(n, y.hi), p2 = multiple(n, y.lo);
   const quad above = closing_sum<in_register>(reg{x.hi} - reg{p1.hi}, 0.0L - reg{p1.lo});
   const quad below = add<in_register>({x.lo, 0.0}, above);

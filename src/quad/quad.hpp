@@ -243,10 +243,9 @@ struct cut {
 };
 
 /// a * b - p exactly, for p = a * b rounded: Dekker's product, summed from the leading term down.
-/// With a cut at 32 bits the low part of b is cut once more, so that every partial product fits 53
-/// bits; operands of few bits are then cut exactly or not as the flags of this order have it. The
-/// parts live in the register's exponent range, so that neither end of a double's range needs
-/// scaling.
+/// The operands are cut at 32 bits and the low part of b once more, so that every partial product
+/// fits 53 bits; which operands raise inexact follows from these cuts. The parts live in the
+/// register's exponent range, so that neither end of a double's range needs scaling.
 [[gnu::always_inline]] inline reg product_error(reg a, reg b, reg p) {
   const cut<32> x(a), y(b), rest(y.low);
   return ((((x.high * y.high - p) + x.high * y.low) + x.low * y.high) + x.low * rest.high) +
