@@ -21,7 +21,7 @@ install(FILES include/zorvikrt/zorvikrt.h include/zorvikrt/zorvikrt.hpp include/
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
 install(FILES "${fortran_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
-install(FILES docs/library.md docs/use.md "${generated}/entries.md"
+install(FILES docs/library.md docs/use.md docs/explorer.md docs/windows.md "${generated}/entries.md"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libzorvikrt-dev" COMPONENT development)
 if(TARGET zorvikrt-eval)
   file(RELATIVE_PATH libraries_from_tools "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "entries.hpp"
+#include "callable.hpp"
 
 namespace explorer {
 

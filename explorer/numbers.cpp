@@ -126,10 +126,10 @@ std::uint64_t read_part(char code, const std::string& word) {
 }
 
 void read_pair(unsigned char* at, char code, const std::string& word) {
-  zorvikrt_quad value;
+  zorvikrt_quad value{};
   zorvikrt_reading reading;
-  if (has_prefix(word) ||
-      zorvikrt_real16_from_chars(word.data(), word.size(), &value, &reading) != word.size())
+  const std::size_t taken = zorvikrt_real16_from_chars(word.data(), word.size(), &value, &reading);
+  if (has_prefix(word) || reading == zorvikrt_not_a_number_text || taken != word.size())
     cannot_read(code, word);
   if (reading == zorvikrt_out_of_range) cannot_read(code, word, "it is beyond the range");
   std::memcpy(at, &value, sizeof value);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "entries.hpp"
+#include "callable.hpp"
 #include "evaluation.hpp"
 
 namespace explorer {

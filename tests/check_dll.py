@@ -40,6 +40,12 @@ def main(list_path, dll, objdump):
     if int(re.search(r"AddressOfEntryPoint\s+([0-9a-f]+)", dump)[1], 16) == 0:
         faults.append("has no entry for the loader")
 
+    table = subprocess.run([objdump, "-t", dll], check=True, capture_output=True, text=True).stdout
+    if "load_entry@12" not in table:
+        faults.append("has no symbols to look at")
+    if "_GLOBAL__sub_I" in table:
+        faults.append("has variables with a C++ initialiser, which no start code runs")
+
     for fault in faults:
         print(fault)
     total = len(symbols(entries))

@@ -122,6 +122,12 @@ void pair(unsigned char* at, explorer::sample range, generator& random) {
   std::memcpy(at + 8, &lo, 8);
 }
 
+/// An end of a range of integers, which may be one of unsigned ones.
+std::uint64_t bits_of(double whole) {
+  return whole < 0 ? static_cast<std::uint64_t>(static_cast<std::int64_t>(whole))
+                   : static_cast<std::uint64_t>(whole);
+}
+
 std::int64_t integer(int width, explorer::sample range, generator& random) {
   constexpr std::int64_t marks[] = {0,  1,  -1, 2,  -2, 3,  7,  8,  9,   15,  16,  17,  30,  31,
                                     32, 33, 62, 63, 64, 65, -8, -9, -16, -17, -31, -32, -33, -64};
@@ -142,9 +148,8 @@ std::int64_t integer(int width, explorer::sample range, generator& random) {
       return static_cast<std::int64_t>(random.below(140)) - 70;
     default:
       if (!(range.low < range.high)) return static_cast<std::int64_t>(random.below(40)) - 4;
-      const auto low = static_cast<std::int64_t>(range.low);
-      const auto count = static_cast<std::uint64_t>(range.high - range.low) + 1;
-      return low + static_cast<std::int64_t>(random() % count);
+      const auto low = bits_of(range.low);
+      return static_cast<std::int64_t>(low + random() % (bits_of(range.high) - low + 1));
   }
 }
 

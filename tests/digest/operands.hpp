@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "entries.hpp"
+#include "callable.hpp"
 
 namespace digest {
 

@@ -1,4 +1,4 @@
-#include "entries.hpp"
+#include "callable.hpp"
 
 #include <cstring>
 #include <tuple>
