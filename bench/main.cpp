@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iostream>
 #include <map>
+#include <set>
 
 #include "rows.hpp"
 
@@ -74,10 +75,14 @@ int main(int count, char** words) {
   const options chosen = parse(count, words);
   for (const auto add_rows : bench::registrations()) add_rows();
 
-  std::vector<bench::row> rows;
+  // A row that is asked for comes with its whole group, so that there is something to compare.
+  std::set<std::string> entries;
   for (const bench::row& row : bench::rows())
     if ((row.entry + " " + row.subject).find(chosen.filter) != std::string::npos)
-      rows.push_back(row);
+      entries.insert(row.entry);
+  std::vector<bench::row> rows;
+  for (const bench::row& row : bench::rows())
+    if (entries.contains(row.entry)) rows.push_back(row);
   std::stable_sort(rows.begin(), rows.end(), [](const bench::row& a, const bench::row& b) {
     const auto key = [](const bench::row& r) {
       return std::make_pair(r.entry, r.subject != bench::own);
