@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""The generator meets bad lists with one line that names the place, and leaves nothing behind.
+"""The generators meet bad input with one line that names the fault, and leave nothing behind.
 
-usage: check_generator.py GENERATOR LIST
+usage: check_generator.py GENERATOR LIST FORTRAN_GENERATOR TEMPLATE
 """
 import re
 import subprocess
@@ -22,7 +22,31 @@ FAULTS = [
 ]
 
 
-def main(generator, list_path):
+def refuses(command, output, expected):
+    """Whether a command ends with one line that says what is expected, and writes nothing."""
+    run = subprocess.run([sys.executable, *command], capture_output=True, text=True)
+    lines = run.stderr.strip().split("\n")
+    if run.returncode != 0 and len(lines) == 1 and expected in lines[0] and not output.exists():
+        return True
+    print(f"{command}: status {run.returncode}, said {run.stderr!r}, expected {expected!r}")
+    return False
+
+
+def check_fortran(generator, list_path, template, folder):
+    """The number of faults that the generator of the Fortran module does not meet."""
+    output = folder / "module.f90"
+    pending = folder / "pending.list"
+    text = Path(list_path).read_text(encoding="utf-8")
+    pending.write_text(text.replace("[quad/root] ready", "[quad/root] pending"), encoding="utf-8")
+    strange = folder / "strange.f90.in"
+    strange.write_text("!@ nothing\n", encoding="utf-8")
+    return 3 - sum([
+        refuses([generator, pending, template, output], output, "has no ready entry sqrtl"),
+        refuses([generator, list_path, strange, output], output, "unknown part 'nothing'"),
+        refuses([generator, list_path, folder / "none", output], output, "No such file")])
+
+
+def main(generator, list_path, fortran_generator, template):
     text = Path(list_path).read_text(encoding="utf-8")
     failures = 0
     with tempfile.TemporaryDirectory() as folder:
@@ -30,20 +54,15 @@ def main(generator, list_path):
             spoilt = Path(folder) / f"{number}.list"
             spoilt.write_text(spoil(text), encoding="utf-8")
             output = Path(folder) / f"out{number}"
-            run = subprocess.run([sys.executable, generator, spoilt, output], capture_output=True, text=True)
-            lines = run.stderr.strip().split("\n")
-            if run.returncode == 0 or len(lines) != 1 or expected not in lines[0] or output.exists():
-                print(f"fault {number}: status {run.returncode}, said {run.stderr!r}, expected {expected!r}")
-                failures += 1
-        missing = subprocess.run([sys.executable, generator, Path(folder) / "none", folder], capture_output=True, text=True)
-        if missing.returncode == 0 or len(missing.stderr.strip().split("\n")) != 1:
-            print(f"missing list: {missing.stderr!r}")
-            failures += 1
-    print(f"{len(FAULTS) + 1 - failures} of {len(FAULTS) + 1} bad lists refused with one clear line")
+            failures += not refuses([generator, spoilt, output], output, expected)
+        failures += not refuses([generator, Path(folder) / "none", Path(folder) / "out"], Path(folder) / "out", "No such file")
+        failures += check_fortran(fortran_generator, list_path, template, Path(folder))
+    checks = len(FAULTS) + 4
+    print(f"{checks - failures} of {checks} bad inputs refused with one clear line")
     return 1 if failures else 0
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
-        sys.exit("usage: check_generator.py GENERATOR LIST")
+    if len(sys.argv) != 5:
+        sys.exit("usage: check_generator.py GENERATOR LIST FORTRAN_GENERATOR TEMPLATE")
     sys.exit(main(*sys.argv[1:]))

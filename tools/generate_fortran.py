@@ -8,6 +8,7 @@ A line '!@ interfaces', '!@ generics' or '!@ procedures' of the template is repl
 The tables below say for every operator and function which entry computes it. Only the Python standard
 library is needed.
 """
+import re
 import sys
 from pathlib import Path
 
@@ -255,6 +256,10 @@ def main(arguments):
     add_operators(module)
     add_assignments(module)
     add_functions(module)
+    stems = {e.stem for e in entries if e.ready}
+    called = set(re.findall(r"zorvik_(\w+)\(", "\n".join(module.procedures)))
+    if called - stems:
+        sys.exit(f"generate_fortran: {list_path} has no ready entry {', '.join(sorted(called - stems))}")
     parts = {"interfaces": fortran([e for e in entries if e.ready]), "generics": generics(module),
              "procedures": module.procedures}
     lines = [f"! {NOTE.replace('generate_exports.py', 'generate_fortran.py')}"]
