@@ -1,7 +1,7 @@
 /** zorvikrt: the intrinsic functions of a Fortran compiler for x86, from C and C++.
  *
- *  Value entries __zorvik_<stem> take their operands by value, reference entries __zorvik_I_<stem> by
- *  address. A REAL*16, COMPLEX*16 or COMPLEX*32 result goes through the first operand, the result
+ *  Value entries __zorvik_<stem> take their operands by value, reference entries __zorvik_I_<stem>
+ * by address. A REAL*16, COMPLEX*16 or COMPLEX*32 result goes through the first operand, the result
  *  address, which is also what the function returns.
  *
  *  On 32-bit x86 a REAL result arrives on the FPU stack with the register's precision and exponent
@@ -43,18 +43,18 @@ typedef struct zorvikrt_cquad {
 
 #include <zorvikrt/entries.h>
 
-/** Sets the floating-point state of the calling thread to the one that the library sets at its load:
- *  x87 control word 0x027F (53 bits, to nearest, exceptions masked); MXCSR with all exceptions masked,
- *  round to nearest, FTZ and DAZ, flags clear. A thread that was there before the library was loaded
- *  calls it once. On Linux threads started afterwards inherit the state. On Windows the DLL sets it on
- *  each new thread, but start code may come after it and put the FPU back: MinGW's does, in main and
- *  in std::thread, and there a thread calls this function first. */
+/** Sets the floating-point state of the calling thread to the one that the library sets at its
+ * load: x87 control word 0x027F (53 bits, to nearest, exceptions masked); MXCSR with all exceptions
+ * masked, round to nearest, FTZ and DAZ, flags clear. A thread that was there before the library
+ * was loaded calls it once. On Linux threads started afterwards inherit the state. On Windows the
+ * DLL sets it on each new thread, but start code may come after it and put the FPU back: MinGW's
+ * does, in main and in std::thread, and there a thread calls this function first. */
 static inline void zorvikrt_set_thread_state(void) {
   const uint16_t control_word = 0x027F;
   uint32_t mask, mxcsr;
   unsigned char room[512 + 16];
-  unsigned char *image = room + (16 - (uintptr_t)room % 16) % 16;
-  uint32_t *mask_field = (uint32_t *)(void *)(image + 28);
+  unsigned char* image = room + (16 - (uintptr_t)room % 16) % 16;
+  uint32_t* mask_field = (uint32_t*)(void*)(image + 28);
   *mask_field = 0;
   __asm__ __volatile__("fxsave %0" : "+m"(*(unsigned char(*)[512])image));
   mask = *mask_field != 0 ? *mask_field : 0xFFBFu;

@@ -15,6 +15,10 @@
 #ifndef ZORVIKRT_HPP
 #define ZORVIKRT_HPP
 
+#if __cplusplus < 201703L
+#error "zorvikrt.hpp needs C++17"
+#endif
+
 #include <zorvikrt/text.h>
 #include <zorvikrt/zorvikrt.h>
 

@@ -88,7 +88,8 @@ class Check:
     def unpacked(self):
         packages, root = self.folder / "packages", self.folder / "unpacked"
         run(["cpack", "--config", self.build / "CPackConfig.cmake", "-B", packages])
-        for name, wanted in (("libzorvikrt1", [f"usr/{self.library}/libzorvikrt.so.1"]),
+        for name, wanted in (("zorvikrt-tools", ["usr/bin/zorvikrt-eval"]),
+                             ("libzorvikrt1", [f"usr/{self.library}/libzorvikrt.so.1"]),
                              ("libzorvikrt-dev", [f"usr/{self.library}/libzorvikrt.so",
                                                   "usr/include/zorvikrt/zorvikrt.hpp",
                                                   "usr/share/zorvikrt/zorvikrt.f90"])):
@@ -106,6 +107,12 @@ class Check:
         if machine_of(library) != MACHINE[self.architecture]:
             raise Fault(f"{library} is of machine {machine_of(library)}")
         return root / "usr"
+
+    def run_tool(self, root):
+        """zorvikrt-eval finds the library beside it by itself."""
+        printed = run([root / "bin" / "zorvikrt-eval", "dsin", "0.5"], {"LC_ALL": "C"})
+        if "0x3FDEAEE8744B05F0" not in printed:
+            raise Fault(f"zorvikrt-eval dsin 0.5 prints {printed}")
 
     def write_files(self, name):
         place = self.folder / name
@@ -156,9 +163,11 @@ def main(arguments):
         try:
             check = Check(Path(arguments[0]), Path(arguments[1]), arguments[2], Path(folder))
             root = check.installed()
+            check.run_tool(root)
             commands = check.run_page(root, "page_installed")
             check.run_project(root, "project_installed")
             root = check.unpacked()
+            check.run_tool(root)
             commands += check.run_page(root, "page_unpacked")
             check.run_project(root, "project_unpacked")
         except Fault as fault:
