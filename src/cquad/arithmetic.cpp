@@ -6,8 +6,22 @@
 namespace zrt::cquads {
 namespace {
 
+template <class Result>
+[[gnu::always_inline]] inline cquad product_of_parts(const cquad& x, const cquad& y) {
+  return {sub(mul<Result>(x.re, y.re), mul<Result>(x.im, y.im)),
+          add(mul<Result>(x.re, y.im), mul<Result>(y.re, x.im))};
+}
+
+bool is_ordinary(const quad& a) {
+  const std::uint64_t hi = image(a.hi);
+  const int exponent = biased_exponent<double>(hi) - layout<double>::bias;
+  return (exponent >= -900 && exponent < 1000) || hi << 1 == 0;
+}
+
 cquad product(const cquad& x, const cquad& y) {
-  return {sub(mul(x.re, y.re), mul(x.im, y.im)), add(mul(x.re, y.im), mul(y.re, x.im))};
+  const bool ordinary =
+      is_ordinary(x.re) && is_ordinary(x.im) && is_ordinary(y.re) && is_ordinary(y.im);
+  return ordinary ? product_of_parts<by_store_of_ordinary>(x, y) : product_of_parts<by_store>(x, y);
 }
 
 /// Smith's method: the ratio of the divisor's parts, the smaller over the larger, keeps its squares

@@ -32,6 +32,7 @@ struct by_store {
   /// Operands come through loads of their own: a signalling NaN is quiet before it meets another
   /// NaN.
   [[gnu::always_inline]] static reg value(const double& x) { return load(x); }
+  [[gnu::always_inline]] static reg cut_part(reg x) { return x; }
 };
 
 /// Results stay in registers where a store would not change them, for kernels whose operands have
@@ -51,6 +52,13 @@ struct in_register {
     return held;
   }
   [[gnu::always_inline]] static reg value(const double& x) { return x; }
+};
+
+/// by_store for leading parts that are zero or lie between 2**-900 and 2**1000: the parts they are
+/// cut into are normal doubles, too, which saves long spills where several products share an
+/// operand.
+struct by_store_of_ordinary : by_store {
+  [[gnu::always_inline]] static double cut_part(reg x) { return in_register::part(x); }
 };
 
 /// The operand of an entry for routines that work in registers: loaded, so that no NaN in it
@@ -246,10 +254,16 @@ struct cut {
 /// The operands are cut at 32 bits and the low part of b once more, so that every partial product
 /// fits 53 bits; which operands raise inexact follows from these cuts. The parts live in the
 /// register's exponent range, so that neither end of a double's range needs scaling.
+template <class Result = by_store>
 [[gnu::always_inline]] inline reg product_error(reg a, reg b, reg p) {
   const cut<32> x(a), y(b), rest(y.low);
-  return ((((x.high * y.high - p) + x.high * y.low) + x.low * y.high) + x.low * rest.high) +
-         x.low * rest.low;
+  const auto x_high = Result::cut_part(x.high), x_low = Result::cut_part(x.low);
+  const auto y_high = Result::cut_part(y.high), y_low = Result::cut_part(y.low);
+  const auto middle = Result::cut_part(rest.high), last = Result::cut_part(rest.low);
+  return ((((reg{x_high} * reg{y_high} - p) + reg{x_high} * reg{y_low}) +
+           reg{x_low} * reg{y_high}) +
+          reg{x_low} * reg{middle}) +
+         reg{x_low} * reg{last};
 }
 
 /// A factor or divisor cut in the middle, for several uses: four partial products do then.
@@ -278,9 +292,10 @@ constexpr factor constant_factor(const quad& a) {
 }
 
 /// a * b exactly, as the rounded product and its error.
+template <class Result = by_store>
 [[gnu::always_inline]] inline quad product(reg a, reg b) {
   const reg p = a * b;
-  return stored_pair(p, product_error(a, b, p));
+  return stored_pair(p, product_error<Result>(a, b, p));
 }
 
 /// The same for a b of at most 26 bits.
@@ -300,10 +315,13 @@ constexpr factor constant_factor(const quad& a) {
 
 template <class Result = by_store>
 [[gnu::always_inline]] inline quad mul(const quad& a, const quad& b) {
-  if constexpr (std::same_as<Result, in_register>) return mul(a, as_factor(b));
-  const quad p = product(load(a.hi), load(b.hi));
-  const reg t = ((load(a.lo) + load(a.hi)) * load(b.lo) + load(a.lo) * load(b.hi)) + load(p.lo);
-  return closing_sum<by_store>(load(p.hi), t);
+  if constexpr (std::same_as<Result, in_register>) {
+    return mul(a, as_factor(b));
+  } else {
+    const quad p = product<Result>(load(a.hi), load(b.hi));
+    const reg t = ((load(a.lo) + load(a.hi)) * load(b.lo) + load(a.lo) * load(b.hi)) + load(p.lo);
+    return closing_sum<by_store>(load(p.hi), t);
+  }
 }
 
 [[gnu::always_inline]] inline quad mul(const quad& a, reg d) {
