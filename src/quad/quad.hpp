@@ -36,13 +36,12 @@ struct by_store {
 };
 
 /// Results stay in registers where a store would not change them, for kernels whose operands have
-/// leading parts between 2**-400 and 2**400, or are zero. There
-///  - a product of leading parts is normal, and its error a multiple of 2**-1022 or more;
-///  - a leading part of a product or quotient is of the order of the product or quotient of the
-///  leading
-///    parts, or, where a large low part cancels it, a multiple of its last bit;
-///  - both parts of a sum are sums of doubles, multiples of 2**-1074 in range, and thus doubles;
-///  - the low part of a product or quotient may be as small as it likes, and is stored.
+/// leading parts that are zero or lie between 2**-400 and 2**400.
+///  - A product of leading parts is normal, and its error a multiple of 2**-1022 or more.
+///  - The leading part of a product or quotient has about its size; where a large low part cancels
+///    it, it is a multiple of that part's last bit.
+///  - Both parts of a sum are sums of doubles: multiples of 2**-1074, and thus doubles.
+///  - The low part of a product or quotient may be as small as it likes: that one is stored.
 /// An infinity or a NaN is the same before and after its store.
 struct in_register {
   /// The promise that `x` is a double, with no instruction: a spill takes 64 bits.
