@@ -81,14 +81,6 @@ quad hyperbolic_tangent(const quad& x) {
              : tangent_near_zero<by_store>(x, s);
 }
 
-}  // namespace
-
-// The sine: up to 0.05 the series, beyond it half of e**x - 1/e**x, which gives NaNs where either
-// overflows and has the error of the exponential, up to 2**-96. Zeros and NaNs give zero. The
-// cosine: half of the sum, and one for zeros and NaNs.
-
-namespace {
-
 bool is_small(const quad& x) { return !greater(leading(sub(magnitude(x), series_limit)), 0.0L); }
 quad sine_of_small(const quad& x) {
   const quad s = mul(x, x);
@@ -104,6 +96,10 @@ quad cosine_of_exponential(const quad& e) {
 }
 
 }  // namespace
+
+// The sine: up to 0.05 the series, beyond it half of e**x - 1/e**x, which gives NaNs where either
+// overflows and has the error of the exponential, up to 2**-96. Zeros and NaNs give zero. The
+// cosine: half of the sum, and one for zeros and NaNs.
 
 quad hyperbolic_sine(const quad& x) {
   if (is_zero_or_nan(x)) return zero;

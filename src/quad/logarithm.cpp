@@ -79,8 +79,8 @@ quad of_parts(const quad& m, std::int32_t e) {
   return e > 2 || e < -2 ? far_from_one<Result>(m, e) : near_one<Result>(m, e);
 }
 
-/// Whether |x.lo| is zero or lies between 2**-100 and 2**-53 of a unit of x.hi's binade, e its
-/// exponent; with |e| up to 100 the significand is then x 2**-e in both parts.
+/// Whether x, with x.hi between 2**(e-1) and 2**e, is its significand times 2**e part by part, and
+/// the significand fit for registers: |e| up to 100, x.lo zero or between 2**(e-101) and 2**(e-54).
 bool is_ordinary(const quad& x, int e) {
   if (e < -100 || e > 100) return false;
   const std::uint64_t lo = image(x.lo);

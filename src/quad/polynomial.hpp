@@ -40,21 +40,23 @@ constexpr bool exceeds_sums(const quad (&c)[n], int close_rows, double bound, bo
 template <class Result, int close_rows = 0, int n, int m>
 [[gnu::always_inline]] inline quad rational(const quad& x, const quad (&numerator)[n],
                                             const quad (&denominator)[m]) {
-  if constexpr (std::same_as<Result, by_store>)
+  if constexpr (std::same_as<Result, by_store>) {
     return div(polynomial(x, numerator, n - 1), monic_polynomial(x, denominator, m));
-  const factor f = as_factor(x);
-  quad top = numerator[0], bottom = add_to_larger(x, denominator[0]);
-  int i = 1;
-  for (; i < n - m + 1; ++i) top = add_to_larger(mul(top, f), numerator[i]);
-  for (; i < n - close_rows; ++i) {
-    top = add_to_larger(mul(top, f), numerator[i]);
-    bottom = add_to_larger(mul(bottom, f), denominator[i - n + m]);
+  } else {
+    const factor f = as_factor(x);
+    quad top = numerator[0], bottom = add_to_larger(x, denominator[0]);
+    int i = 1;
+    for (; i < n - m + 1; ++i) top = add_to_larger(mul(top, f), numerator[i]);
+    for (; i < n - close_rows; ++i) {
+      top = add_to_larger(mul(top, f), numerator[i]);
+      bottom = add_to_larger(mul(bottom, f), denominator[i - n + m]);
+    }
+    for (; i < n; ++i) {
+      top = add<in_register>(mul(top, f), numerator[i]);
+      bottom = add<in_register>(mul(bottom, f), denominator[i - n + m]);
+    }
+    return div<in_register>(top, bottom);
   }
-  for (; i < n; ++i) {
-    top = add<in_register>(mul(top, f), numerator[i]);
-    bottom = add<in_register>(mul(bottom, f), denominator[i - n + m]);
-  }
-  return div<in_register>(top, bottom);
 }
 
 /// An argument less a whole multiple of a modulus.
