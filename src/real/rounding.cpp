@@ -7,6 +7,7 @@
 #include "real/rounding.hpp"
 
 #include "entries.hpp"
+#include "real/evaluation.hpp"
 
 namespace zrt::real {
 namespace {
@@ -48,8 +49,8 @@ reg remainder(const F& a, const F& p) {
 template <format F>
 reg nearest_whole(const F& x) {
   const reg value = load(x);
-  const reg rounded =
-      greater(0.0L, value) ? fchs(truncated(fabs(value) + 0.5L)) : truncated(value + 0.5L);
+  const bool negative = greater(0.0L, value);
+  const reg rounded = negated_if(negative, truncated(negated_if(negative, value) + 0.5L));
   return stored<F>(rounded);
 }
 
