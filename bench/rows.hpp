@@ -36,7 +36,8 @@ template <class T>
   asm volatile("" : : "m"(value));
 }
 
-/// An operand as a function takes it by value. A peer with a format of its own gives its conversion.
+/// An operand as a function takes it by value. A peer with a format of its own gives its
+/// conversion.
 template <class A>
 struct by_value {
   static A from(const support::operand& operand) {
