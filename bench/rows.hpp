@@ -117,7 +117,7 @@ void add(std::string entry, std::string subject, R (*function)(A...), std::strin
 template <class R, class... A>
 void add_peer(std::string entry, std::string subject, R (*function)(A...)) {
   for (const support::entry& e : support::all_entries())
-    if (entry == e.stem) {
+    if (entry == e.name) {
       add(std::move(entry), std::move(subject), function, e.codes,
           std::vector<sample>(e.samples.begin(),
                               e.samples.begin() + static_cast<long>(e.codes.size())));

@@ -34,7 +34,7 @@ class call_room {
 
 TEST(EveryEntry, StandsOnceInTheTable) {
   std::map<std::string, int> seen;
-  for (const entry& e : all_entries()) EXPECT_EQ(++seen[e.symbol], 1) << e.symbol;
+  for (const entry& e : all_entries()) EXPECT_EQ(++seen[e.name], 1) << e.name;
   EXPECT_GT(seen.size(), 40u);
 }
 
@@ -50,7 +50,7 @@ std::vector<std::uint32_t> slots_of(const entry& e, call_room& call, std::uint32
   const auto push = [&](const void* p) {
     slots.push_back(static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(p)));
   };
-  if (e.result_at_address()) push(area);
+  if (result_at_address(e)) push(area);
   for (std::size_t i = 0; i < e.codes.size(); ++i) {
     const char code = e.codes[i];
     unsigned char* bytes = call.operands[i].bytes.data();
@@ -92,32 +92,32 @@ observed call_and_check(const entry& e, call_room& call, int offset, bool in_pla
   const std::uint16_t word = control_word();
   const raw_result result = raw_call(e.address, slots, offset);
 
-  EXPECT_EQ(result.control_word & 0x0F3F, word & 0x0F3F) << e.symbol;
-  EXPECT_TRUE(result.registers_kept) << e.symbol;
-  EXPECT_EQ(result.depth, e.result == 'f' || e.result == 'd' ? 1 : 0) << e.symbol;
+  EXPECT_EQ(result.control_word & 0x0F3F, word & 0x0F3F) << e.name;
+  EXPECT_TRUE(result.registers_kept) << e.name;
+  EXPECT_EQ(result.depth, e.result == 'f' || e.result == 'd' ? 1 : 0) << e.name;
 
   observed seen;
   seen.target = call.room.target;
   if (e.result == 'f' || e.result == 'd') seen.real = result.st0;
   if (std::strchr("bwikuc", e.result)) seen.low = result.eax;
   if (std::strchr("kuc", e.result)) seen.high = result.edx;
-  if (e.result_at_address()) {
+  if (result_at_address(e)) {
     EXPECT_EQ(result.eax, static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(area)))
-        << e.symbol;
+        << e.name;
     const int words = size_of(e.result) / 4;
     std::memcpy(seen.area.data(), area, static_cast<std::size_t>(words) * 4);
     if (!in_place) {
       for (int i = 0; i < 24; ++i) {
         const std::uint32_t beside =
             i < 8 || i >= 8 + words ? memory[static_cast<std::size_t>(i)] : guard;
-        EXPECT_EQ(beside, guard) << e.symbol << " wrote beside its result";
+        EXPECT_EQ(beside, guard) << e.name << " wrote beside its result";
       }
     }
   }
   if (e.result == 'b') {
-    EXPECT_EQ(static_cast<std::int32_t>(seen.low), static_cast<std::int8_t>(seen.low)) << e.symbol;
+    EXPECT_EQ(static_cast<std::int32_t>(seen.low), static_cast<std::int8_t>(seen.low)) << e.name;
   } else if (e.result == 'w') {
-    EXPECT_EQ(static_cast<std::int32_t>(seen.low), static_cast<std::int16_t>(seen.low)) << e.symbol;
+    EXPECT_EQ(static_cast<std::int32_t>(seen.low), static_cast<std::int16_t>(seen.low)) << e.name;
   }
   return seen;
 }
@@ -178,9 +178,9 @@ TEST(EveryEntry, GivesTheSameInBothForms) {
     for (int round = 0; round < 64; ++round) {
       call_room call(e, random);
       const observed by_value = call_and_check(value, call, 12);
-      EXPECT_EQ(call_and_check(e, call, 4), by_value) << e.symbol;
-      if (!e.result_at_address() || size_of(e.codes[0]) < size_of(e.result)) continue;
-      EXPECT_EQ(call_and_check(e, call, 0, true), by_value) << e.symbol << " in place";
+      EXPECT_EQ(call_and_check(e, call, 4), by_value) << e.name;
+      if (!result_at_address(e) || size_of(e.codes[0]) < size_of(e.result)) continue;
+      EXPECT_EQ(call_and_check(e, call, 0, true), by_value) << e.name << " in place";
     }
   }
 }
@@ -193,11 +193,11 @@ TEST(ReferenceEntries, QuietASignallingReal8AndLeaveNoTraceOnItsVariable) {
   for (const entry& e : all_entries()) {
     if (e.kind != form::reference || e.codes != "d" || e.result != 'd') continue;
     const raw_result result = raw_call(e.address, std::array{address}, 4);
-    EXPECT_TRUE(result.flags & IE) << e.symbol;
+    EXPECT_TRUE(result.flags & IE) << e.name;
     std::uint64_t after;
     std::memcpy(&after, x.bytes.data(), 8);
-    EXPECT_EQ(after, signalling) << e.symbol;
-    if (std::strcmp(e.stem, "I_dint") == 0) {
+    EXPECT_EQ(after, signalling) << e.name;
+    if (std::strcmp(e.name, "I_dint") == 0) {
       EXPECT_EQ(result.st0.significand, 0xE000000000091800u);
     }
   }
@@ -210,7 +210,7 @@ TEST(ReferenceEntries, QuietASignallingReal8AndLeaveNoTraceOnItsVariable) {
 TEST(ReferenceEntries, GiveWhatTheValueEntriesGive) {
   using reference = double (*)(const double*, const double*);
   for (const entry& e : all_entries()) {
-    if (std::strcmp(e.stem, "I_dmod") != 0) continue;
+    if (std::strcmp(e.name, "I_dmod") != 0) continue;
     const double a = 5.5, p = 3.0;
     EXPECT_EQ(reinterpret_cast<reference>(e.address)(&a, &p), __zorvik_dmod(a, p));
     return;

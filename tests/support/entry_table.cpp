@@ -2,63 +2,7 @@
 
 #include <cmath>
 #include <cstring>
-#include <vector>
-
-#define ZRT_DATA(...)
-#define ZRT_VALUE_ENTRY(symbol, ...) extern "C" void symbol();
-#define ZRT_REFERENCE_ENTRY ZRT_VALUE_ENTRY
-#define ZRT_PLAIN_ENTRY ZRT_VALUE_ENTRY
-#include "entry_table.inc"
-#undef ZRT_VALUE_ENTRY
-#undef ZRT_REFERENCE_ENTRY
-#undef ZRT_PLAIN_ENTRY
-
 namespace support {
-
-#define BARE(...) __VA_ARGS__
-#define ROW(form, symbol, stem, family, result, codes, samples) \
-  {#symbol, stem, family, form, result, codes, {BARE samples}, symbol},
-#define ZRT_VALUE_ENTRY(...) ROW(form::value, __VA_ARGS__)
-#define ZRT_REFERENCE_ENTRY(...) ROW(form::reference, __VA_ARGS__)
-#define ZRT_PLAIN_ENTRY(...) ROW(form::plain, __VA_ARGS__)
-
-std::span<const entry> all_entries() {
-  static const std::vector<entry> entries = {
-#include "entry_table.inc"
-  };
-  return entries;
-}
-
-int size_of(char code) {
-  switch (code) {
-    case 'b':
-      return 1;
-    case 'w':
-      return 2;
-    case 'i':
-    case 'f':
-    case 'n':
-      return 4;
-    case 'k':
-    case 'u':
-    case 'd':
-    case 'c':
-      return 8;
-    case 'z':
-    case 'q':
-      return 16;
-    case 'x':
-      return 32;
-    case 'v':
-      return 0;
-    default:
-      return static_cast<int>(sizeof(void*));
-  }
-}
-
-bool same_in_both_forms(char code) {
-  return std::string_view("aAnmLPITQ").find(code) != std::string_view::npos;
-}
 
 operand draw(char code, sample bounds, std::mt19937& random, workspace& room) {
   operand drawn;
