@@ -48,6 +48,12 @@ quad arctangent(const quad& x) {
   return below_zero ? neg(value) : value;
 }
 
+/// Whether a value lies well within the range of in_register, with no low part beyond it.
+bool is_ordinary(const quad& a) {
+  const reg size = fabs(load(a.hi));
+  return greater(size, 0x1p-100L) && less(size, 0x1p100L) && less(fabs(load(a.lo)), 0x1p100L);
+}
+
 }  // namespace
 
 // One Newton step on the tangent, theta - (tan theta - y/x) cos(theta)**2, from the double theta of
@@ -61,14 +67,15 @@ quad angle(const quad& y, const quad& x) {
     return greater_equal(opposite, 0.0L) ? half_pi : neg(half_pi);
   }
   const quad theta = widened(fpatan(opposite, adjacent));
-  const quad t = div(y, x);
-  const reg size = fabs(load(t.hi));
+  const bool ordinary = is_ordinary(y) && is_ordinary(x);
+  const quad t = ordinary ? div<in_register>(loaded(y), loaded(x)) : div(y, x);
+  const reg size = fabs(reg{t.hi});
   if (greater_equal(size, 0x1p53L) && less(size, infinity))
     return sub(greater_equal(opposite, 0.0L) ? half_pi : neg(half_pi), div(x, y));
   const quad u = tangent(theta);
   const reg cosine = fcos(load(theta.hi));
   const reg c = stored<double>(cosine * cosine);
-  return sub(theta, mul(sub(u, t), c));
+  return sub(theta, mul(ordinary ? sub<in_register>(u, t) : sub(u, t), c));
 }
 
 }  // namespace zrt::quads
