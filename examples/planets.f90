@@ -103,16 +103,24 @@ contains
 
   subroutine place(p)
     type(planet), intent(inout) :: p
-    real(8) :: now(6)
     type(real16) :: element(6)
     integer :: k
     do k = 1, 6
       element(k) = real16(p%element(k)) + real16(p%rate(k)) * centuries
-      now(k) = number(p%element(k)) + number(p%rate(k)) * dble(centuries)
     end do
-    p%position = position_8(now, zorvik_i_dsin, zorvik_i_dcos)
+    p%position = position_8(elements_8(p), zorvik_i_dsin, zorvik_i_dcos)
     p%exact = position_16(element)
   end subroutine place
+
+  !> The elements at the date, in REAL*8.
+  function elements_8(p) result(now)
+    type(planet), intent(in) :: p
+    real(8) :: now(6)
+    integer :: k
+    do k = 1, 6
+      now(k) = number(p%element(k)) + number(p%rate(k)) * dble(centuries)
+    end do
+  end function elements_8
 
   pure real(8) function number(text)
     character(*), intent(in) :: text
@@ -187,7 +195,7 @@ contains
     character(len=7), parameter :: colour(8) = ['#8c8c8c', '#d9a441', '#3f7fd9', '#c8502f', '#b98b5e', '#d7bd7a', &
         '#6fb7c4', '#4a62c9']
     real(8), parameter :: size = 800, middle = size / 2
-    real(8) :: now(6), saved(6), at(3), scale
+    real(8) :: now(6), longitude, at(3), scale
     integer :: unit, status, k, n
     logical :: right
     open (newunit=unit, file=path, status='replace', action='write', iostat=status)
@@ -199,13 +207,11 @@ contains
     write (unit, '(a)') '<text x="20" y="32" fill="#e8e8f0" font-size="18">The planets on ' // trim(date) // '</text>'
     write (unit, '(a)') '<text x="20" y="54" fill="#9aa0b8">from the north of the ecliptic; distances by their square root</text>'
     do k = 1, count
-      do n = 1, 6
-        saved(n) = number(all(k)%element(n)) + number(all(k)%rate(n)) * dble(centuries)
-      end do
+      now = elements_8(all(k))
+      longitude = now(4)
       write (unit, '(3a)', advance='no') '<path fill="none" stroke="', colour(mod(k - 1, 8) + 1), '" stroke-opacity="0.55" d="'
       do n = 0, 180
-        now = saved
-        now(4) = saved(4) + 2 * n
+        now(4) = longitude + 2 * n
         at = position_8(now, zorvik_i_dsin, zorvik_i_dcos)
         write (unit, '(a1, 2(f0.1, 1x))', advance='no') merge('M', 'L', n == 0), plotted(at, scale, middle)
       end do

@@ -433,7 +433,6 @@ def main(arguments):
         sys.exit(f"generate_exports: {error}")
     output = Path(arguments[1])
     ready = [e for e in entries if e.ready]
-    missing = [name for name in symbols(entries) if name not in set(symbols(ready))]
     write(output / "entries.hpp", entries_hpp(ready))
     write(output / "references.cpp", references_cpp(ready))
     write(output / "zorvikrt" / "entries.h", c_header(ready, titles))
@@ -442,7 +441,6 @@ def main(arguments):
     write(output / "entry_table.inc", entry_table(ready))
     write(output / "entry_descriptions.inc", entry_descriptions(ready))
     write(output / "entries.md", markdown(ready, titles))
-    write(output / "missing.txt", missing)
 
 
 if __name__ == "__main__":
