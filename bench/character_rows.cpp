@@ -2,6 +2,7 @@
 // of the C library.
 
 #include <cstring>
+#include <random>
 
 #include "rows.hpp"
 #include "zorvikrt/zorvikrt.h"

@@ -72,7 +72,7 @@ void add(std::string entry, std::string subject, R (*function)(A...), std::strin
   samples.resize(codes.size());
   const std::size_t leading = sizeof...(A) - codes.size();
   const bool by_address = entry.starts_with("I_");
-  std::mt19937 random(20);
+  support::generator random(20);
   for (auto& text : data->room.text)
     for (char& c : text) c = "etaoin  "[random() % 8];
   for (auto& value : data->room.integers) value = static_cast<std::int32_t>(random() % 8);
@@ -83,7 +83,7 @@ void add(std::string entry, std::string subject, R (*function)(A...), std::strin
     void* result = data->result.data();
     if (leading == 1) std::memcpy(set.back().bytes.data(), &result, sizeof result);
     for (std::size_t i = 0; i < codes.size(); ++i) {
-      set[i] = support::draw(codes[i], samples[i], random, data->room);
+      set[i] = support::draw(codes[i], samples[i], support::spread::sampled, random, data->room);
       if (codes[i] == 'b' || codes[i] == 'w') {  // in a slot: sign-extended
         const std::int32_t slot =
             codes[i] == 'b' ? static_cast<std::int8_t>(set[i].bytes[0])

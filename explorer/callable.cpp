@@ -158,35 +158,4 @@ std::span<const constant> constants() {
   return all;
 }
 
-int size_of(char code) {
-  switch (code) {
-    case 'b':
-      return 1;
-    case 'w':
-      return 2;
-    case 'i':
-    case 'f':
-    case 'n':
-      return 4;
-    case 'k':
-    case 'u':
-    case 'd':
-    case 'c':
-      return 8;
-    case 'z':
-    case 'q':
-      return 16;
-    case 'x':
-      return 32;
-    case 'v':
-      return 0;
-    default:
-      return static_cast<int>(sizeof(void*));
-  }
-}
-
-bool same_in_both_forms(char code) {
-  return std::string_view("aAnmLPITQ").find(code) != std::string_view::npos;
-}
-
 }  // namespace explorer

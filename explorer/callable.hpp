@@ -8,6 +8,8 @@
 #include <span>
 #include <string_view>
 
+#include "type_codes.hpp"
+
 namespace explorer {
 
 enum class form { value, reference, plain };
@@ -40,6 +42,8 @@ struct entry {
   void (*address)();
   outcome (*call)(const entry&, const image* operands);
 
+  /// REAL*16, COMPLEX*16 and COMPLEX*32 results go through an address.
+  bool result_at_address() const { return size_of(result) > 8; }
   outcome operator()(std::span<const image> operands) const { return call(*this, operands.data()); }
 };
 
@@ -58,11 +62,5 @@ struct constant {
 };
 /// The exported constants, as this process reads them.
 std::span<const constant> constants();
-
-/// Bytes of an operand or result of this code in memory; 0 for no result.
-int size_of(char code);
-
-/// An operand that is an address or a length in both entry forms.
-bool same_in_both_forms(char code);
 
 }  // namespace explorer

@@ -13,23 +13,25 @@ namespace {
 
 constexpr std::size_t longest_text = 1 << 20;
 
-std::size_t count_of(const entry& e, const char* codes) {
+std::size_t count_of(const entry& e, std::initializer_list<nature> wanted) {
   return static_cast<std::size_t>(std::count_if(e.codes.begin(), e.codes.end(), [&](char code) {
-    return std::strchr(codes, code) != nullptr;
+    return std::find(wanted.begin(), wanted.end(), type_of(code).is) != wanted.end();
   }));
 }
 
 /// Where there is a length for each address, the length of a target is the caller's to choose.
-bool lengths_are_separate(const entry& e) { return count_of(e, "n") == count_of(e, "aA"); }
+bool lengths_are_separate(const entry& e) {
+  return count_of(e, {nature::length}) == count_of(e, {nature::text, nature::target});
+}
 
 bool is_given(const entry& e, char code) {
-  switch (code) {
-    case 'n':
-    case 'Q':
+  switch (type_of(code).is) {
+    case nature::length:
+    case nature::written_pair:
       return false;
-    case 'A':
+    case nature::target:
       return lengths_are_separate(e);
-    case 'I':  // a subroutine's, which reads it too
+    case nature::written_integer:  // a subroutine's, which reads it too
       return e.kind == form::plain;
     default:
       return true;
@@ -37,7 +39,8 @@ bool is_given(const entry& e, char code) {
 }
 
 bool is_written(const entry& e, char code) {
-  return std::strchr("AIQ", code) != nullptr || (code == 'm' && e.result == 'v');
+  const type_code& type = type_of(code);
+  return type.is_written() || (type.is == nature::memory && e.result == 'v');
 }
 
 std::vector<std::string> names_of(const entry& e) {
@@ -159,20 +162,21 @@ class call_frame {
   }
 
   void read(std::size_t i, const std::string& word) {
-    switch (const char code = entry_.codes[i]) {
-      case 'n':
+    const char code = entry_.codes[i];
+    switch (type_of(code).is) {
+      case nature::length:
         break;
-      case 'a':
+      case nature::text:
         point(i, read_text(word));
         break;
-      case 'A': {
+      case nature::target: {
         std::uint32_t length = 0;
         if (is_given(entry_, code)) {
           const image value = read_number('i', word);
           std::memcpy(&length, value.bytes.data(), sizeof length);
           if (length > longest_text)
             throw unreadable("'" + word + "' is not a length from 0 to 1048576");
-        } else if (count_of(entry_, "n") != 0) {
+        } else if (count_of(entry_, {nature::length}) != 0) {
           length = static_cast<std::uint32_t>(at(0).size);  // the source's
         } else {
           length = 1;
@@ -180,28 +184,28 @@ class call_frame {
         point(i, bytes(length, '.'));
         break;
       }
-      case 'm': {
+      case nature::memory: {
         bytes memory = read_memory(word);
         memory.resize(std::max(memory.size(), sizeof(std::int32_t)));
         point(i, memory);
         break;
       }
-      case 'L':
+      case nature::optional_integer:
         if (word == "-") {
           put(i, static_cast<void*>(nullptr));
           break;
         }
         [[fallthrough]];
-      case 'P':
-      case 'I': {
+      case nature::read_integer:
+      case nature::written_integer: {
         const image value = word.empty() ? image{} : read_number('i', word);
         point(i, bytes(value.bytes.begin(), value.bytes.begin() + 4));
         break;
       }
-      case 'Q':
+      case nature::written_pair:
         point(i, bytes(16));
         break;
-      case 'T': {
+      case nature::table: {
         bytes table;
         for (const std::string& row : pieces(word, ';')) {
           const image value = read_number('q', row);
@@ -294,10 +298,10 @@ std::string signature(const entry& e) {
   std::vector<std::string> operands;
   for (std::size_t i = 0; i < e.codes.size(); ++i)
     if (e.codes[i] != 'n')
-      operands.push_back(names[i] + ' ' + type_name(e.codes[i]) +
+      operands.push_back(names[i] + ' ' + type_of(e.codes[i]).name +
                          (is_written(e, e.codes[i]) ? ", written" : ""));
   return std::string(e.name) + '(' + joined(operands, "; ") + ')' +
-         (e.result == 'v' ? "" : " -> " + type_name(e.result));
+         (e.result == 'v' ? "" : std::string(" -> ") + type_of(e.result).name);
 }
 
 std::size_t given_operands(const entry& e) {
@@ -387,7 +391,8 @@ running_operand::running_operand(const entry& e, std::size_t place, const std::s
   std::size_t given = 0;
   for (const char code : e.codes)
     if (is_given(e, code) && given++ == place) code_ = code;
-  if (code_ == 0 || std::strchr("bwikufdq", code_) == nullptr)
+  const type_code& type = type_of(code_);
+  if (!type.is_number() || (type.parts != 1 && code_ != 'q'))
     throw unreadable("only an INTEGER or REAL operand can run over a table");
   from_ = read_number(code_, from);
   to_ = read_number(code_, to);

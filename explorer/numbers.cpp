@@ -9,27 +9,6 @@
 namespace explorer {
 namespace {
 
-/// The REAL or INTEGER that a number is made of, and how many of them.
-struct parts {
-  char code;
-  int count;
-};
-parts parts_of(char code) {
-  switch (code) {
-    case 'c':
-      return {'f', 2};
-    case 'z':
-    case 'q':
-      return {'d', 2};
-    case 'x':
-      return {'d', 4};
-    default:
-      return {code, 1};
-  }
-}
-
-bool is_integer(char code) { return std::strchr("bwiknu", code) != nullptr; }
-
 /// The fields of a REAL's image.
 template <class F>
 struct layout {
@@ -51,7 +30,7 @@ void store_bits(unsigned char* at, std::uint64_t bits, int size) {
 }
 
 [[noreturn]] void cannot_read(char code, const std::string& word, const std::string& why = {}) {
-  throw unreadable("'" + word + "' is not a value of type " + type_name(code) +
+  throw unreadable("'" + word + "' is not a value of type " + std::string(type_of(code).name) +
                    (why.empty() ? "" : ": " + why));
 }
 
@@ -162,52 +141,6 @@ std::string integer_text(char code, std::uint64_t bits) {
 
 }  // namespace
 
-bool is_number(char code) { return std::strchr("bwikufdczqx", code) != nullptr; }
-
-std::string type_name(char code) {
-  switch (code) {
-    case 'b':
-      return "INTEGER*1";
-    case 'w':
-      return "INTEGER*2";
-    case 'i':
-    case 'n':
-      return "INTEGER*4";
-    case 'k':
-      return "INTEGER*8";
-    case 'u':
-      return "unsigned INTEGER*8";
-    case 'f':
-      return "REAL*4";
-    case 'd':
-      return "REAL*8";
-    case 'c':
-      return "COMPLEX*8";
-    case 'z':
-      return "COMPLEX*16";
-    case 'q':
-      return "REAL*16";
-    case 'x':
-      return "COMPLEX*32";
-    case 'a':
-    case 'A':
-      return "CHARACTER";
-    case 'm':
-      return "memory";
-    case 'L':
-      return "LOGICAL";
-    case 'P':
-    case 'I':
-      return "INTEGER*4";
-    case 'T':
-      return "REAL*16 table";
-    case 'Q':
-      return "REAL*16";
-    default:
-      return "nothing";
-  }
-}
-
 std::vector<std::string> pieces(const std::string& text, char separator) {
   std::vector<std::string> found(1);
   int depth = 0;
@@ -224,9 +157,9 @@ std::vector<std::string> pieces(const std::string& text, char separator) {
 
 image read_number(char code, const std::string& word) {
   image value;
-  const parts made_of = parts_of(code);
-  const int part_size = size_of(made_of.code);
-  if (made_of.count == 1) {
+  const type_code& type = type_of(code);
+  const int part_size = size_of(type.part);
+  if (type.parts == 1) {
     store_bits(value.bytes.data(), read_part(code, word), part_size);
     return value;
   }
@@ -235,17 +168,17 @@ image read_number(char code, const std::string& word) {
   const std::vector<std::string> given =
       pieces(in_parentheses ? word.substr(1, word.size() - 2) : word, ',');
   const int count = static_cast<int>(given.size());
-  if (count == made_of.count) {  // every REAL by itself
+  if (count == type.parts) {  // every REAL by itself
     for (int i = 0; i < count; ++i)
       store_bits(value.bytes.data() + i * part_size,
-                 read_part(made_of.code, given[static_cast<std::size_t>(i)]), part_size);
+                 read_part(type.part, given[static_cast<std::size_t>(i)]), part_size);
   } else if (code == 'q' && count == 1) {
     read_pair(value.bytes.data(), code, word);
   } else if (code == 'x' && count <= 2) {
     for (int i = 0; i < count; ++i)
       read_pair(value.bytes.data() + 16 * i, 'q', given[static_cast<std::size_t>(i)]);
   } else if (complex && count == 1) {
-    store_bits(value.bytes.data(), read_part(made_of.code, given[0]), part_size);
+    store_bits(value.bytes.data(), read_part(type.part, given[0]), part_size);
   } else {
     cannot_read(code, word, "it has " + std::to_string(count) + " parts");
   }
@@ -254,7 +187,7 @@ image read_number(char code, const std::string& word) {
 
 std::string decimal_of(char code, const image& value) {
   const unsigned char* at = value.bytes.data();
-  if (is_integer(code)) return integer_text(code, load_bits(at, size_of(code)));
+  if (type_of(code).is == nature::integer) return integer_text(code, load_bits(at, size_of(code)));
   if (code == 'f') return real_text<float>(load_bits(at, 4));
   if (code == 'd') return real_text<double>(load_bits(at, 8));
   if (code == 'c')
@@ -279,10 +212,10 @@ std::string decimal_of(char code, const image& value) {
 }
 
 std::string bits_of(char code, const image& value) {
-  const parts made_of = parts_of(code);
-  const int size = size_of(made_of.code);
+  const type_code& type = type_of(code);
+  const int size = size_of(type.part);
   std::string text;
-  for (int i = 0; i < made_of.count; ++i)
+  for (int i = 0; i < type.parts; ++i)
     text += (i == 0 ? "0x" : ",0x") +
             hexadecimal(load_bits(value.bytes.data() + i * size, size), 2 * size);
   return text;

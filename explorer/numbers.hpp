@@ -11,12 +11,6 @@
 
 namespace explorer {
 
-/// INTEGER, REAL and COMPLEX codes.
-bool is_number(char code);
-
-/// `REAL*8` for d, and so on.
-std::string type_name(char code);
-
 /// Reads a word as a value of the code; `unreadable` otherwise.
 image read_number(char code, const std::string& word);
 

@@ -14,19 +14,17 @@ using namespace support;
 
 namespace {
 
+/// Operands from the samples, addresses into memory of its own.
 class call_room {
  public:
   workspace room;
   std::vector<operand> operands;
 
-  call_room(const entry& e, std::mt19937& random) {
-    for (auto& text : room.text)
-      for (char& c : text) c = "  abc"[random() % 5];
-    room.target.fill('#');
-    for (auto& value : room.integers) value = static_cast<std::int32_t>(random() % 8);
-    for (auto& value : room.table) value = 1.0 / (1 + random() % 9);
+  call_room(const entry& e, generator& random) {
+    fill(room, random);
+    for (auto& value : room.integers) value = static_cast<std::int32_t>(random.below(8));
     for (std::size_t i = 0; i < e.codes.size(); ++i)
-      operands.push_back(draw(e.codes[i], e.samples[i], random, room));
+      operands.push_back(draw(e.codes[i], e.samples[i], spread::sampled, random, room));
   }
 };
 
@@ -50,7 +48,7 @@ std::vector<std::uint32_t> slots_of(const entry& e, call_room& call, std::uint32
   const auto push = [&](const void* p) {
     slots.push_back(static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(p)));
   };
-  if (result_at_address(e)) push(area);
+  if (e.result_at_address()) push(area);
   for (std::size_t i = 0; i < e.codes.size(); ++i) {
     const char code = e.codes[i];
     unsigned char* bytes = call.operands[i].bytes.data();
@@ -101,7 +99,7 @@ observed call_and_check(const entry& e, call_room& call, int offset, bool in_pla
   if (e.result == 'f' || e.result == 'd') seen.real = result.st0;
   if (std::strchr("bwikuc", e.result)) seen.low = result.eax;
   if (std::strchr("kuc", e.result)) seen.high = result.edx;
-  if (result_at_address(e)) {
+  if (e.result_at_address()) {
     EXPECT_EQ(result.eax, static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(area)))
         << e.name;
     const int words = size_of(e.result) / 4;
@@ -132,7 +130,7 @@ const entry* value_entry_of(const entry& reference) {
 }  // namespace
 
 TEST(EveryEntry, KeepsTheCallersStateOnAStackAlignedToFourBytes) {
-  std::mt19937 random(1);
+  generator random(1);
   for (const entry& e : all_entries())
     for (int round = 0; round < 64; ++round) {
       call_room call(e, random);
@@ -153,7 +151,7 @@ TEST(EveryEntry, KeepsTheCallersStateForSpecialValues) {
                                     0x7F8000007F800000,
                                     0x7FA000007FA00000,
                                     0xFFFFFFFFFFFFFFFF};
-  std::mt19937 random(2);
+  generator random(2);
   for (const entry& e : all_entries())
     for (int round = 0; round < 200; ++round) {
       call_room call(e, random);
@@ -171,7 +169,7 @@ TEST(EveryEntry, KeepsTheCallersStateForSpecialValues) {
 }
 
 TEST(EveryEntry, GivesTheSameInBothForms) {
-  std::mt19937 random(3);
+  generator random(3);
   for (const entry& e : all_entries()) {
     if (e.kind != form::reference || e.codes.find('m') != std::string_view::npos) continue;
     const entry& value = *value_entry_of(e);
@@ -179,7 +177,7 @@ TEST(EveryEntry, GivesTheSameInBothForms) {
       call_room call(e, random);
       const observed by_value = call_and_check(value, call, 12);
       EXPECT_EQ(call_and_check(e, call, 4), by_value) << e.name;
-      if (!result_at_address(e) || size_of(e.codes[0]) < size_of(e.result)) continue;
+      if (!e.result_at_address() || size_of(e.codes[0]) < size_of(e.result)) continue;
       EXPECT_EQ(call_and_check(e, call, 0, true), by_value) << e.name << " in place";
     }
   }

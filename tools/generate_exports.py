@@ -9,6 +9,7 @@ Reads src/frame/exports.list (its head tells the format) and writes:
   zorvikrt/entries.h        the public C declarations
   zorvikrt.map              ELF version script
   zorvikrt.def              Windows module definition
+  type_codes.inc            one row for each type code, for whatever works on operands at run time
   entry_table.inc           one row for each export, for tests and benchmarks
   entry_descriptions.inc    signature and documentation of the same rows, for programs that show them
   entries.md                the reference of every entry
@@ -24,9 +25,13 @@ TOTAL = {"value": 306, "reference": 198, "plain": 4, "data": 7}
 
 @dataclass(frozen=True)
 class Kind:
-    """How one type code looks in each language."""
+    """What one type code is in memory, and how it looks in each language."""
 
     name: str            # Fortran or plain name, for documents
+    type_name: str       # the short form that programs show
+    nature: str          # how an operand is read, drawn and shown: `nature` of type_codes.hpp
+    part: str            # code of the INTEGER or REAL that it is made of; its own where of one part
+    parts: int           # how many of them; 0 for an address
     cpp: str             # parameter of a value entry inside the library
     operand: str         # operand kind of entry.hpp
     c: str               # by value in C
@@ -35,36 +40,39 @@ class Kind:
     by_reference: bool   # replaced by an address in a reference entry
 
 
-def number(name, cpp, operand, c, fortran):
-    return Kind(name, cpp, "operand::" + operand, c, f"const {c} *", fortran, True)
+def number(name, part, parts, cpp, operand, c, fortran):
+    nature = "integer" if part in "bwiku" else "pair" if name in ("REAL*16", "COMPLEX*32") else "real"
+    return Kind(name, name, nature, part, parts, cpp, "operand::" + operand, c, f"const {c} *", fortran, True)
 
 
-def as_given(name, cpp, c, fortran):
-    return Kind(name, cpp, f"operand::as_given<{cpp}>", c, c, fortran, False)
+def as_given(name, type_name, nature, cpp, c, fortran):
+    """An operand that is the same in both entry forms."""
+    return Kind(name, type_name, nature, "", 0, cpp, f"operand::as_given<{cpp}>", c, c, fortran, False)
 
 
 OPERANDS = {
-    "b": number("INTEGER*1", "std::int32_t", "integer1", "int8_t", "integer(c_int8_t)"),
-    "w": number("INTEGER*2", "std::int32_t", "integer2", "int16_t", "integer(c_int16_t)"),
-    "i": number("INTEGER*4", "std::int32_t", "integer4", "int32_t", "integer(c_int32_t)"),
-    "k": number("INTEGER*8", "zrt::integer8", "integer8", "int64_t", "integer(c_int64_t)"),
-    "u": number("unsigned INTEGER*8", "zrt::unsigned8", "unsigned8", "uint64_t", "integer(c_int64_t)"),
-    "f": number("REAL*4", "zrt::real4", "real4", "float", "real(c_float)"),
-    "d": number("REAL*8", "zrt::real8", "real8", "double", "real(c_double)"),
-    "c": number("COMPLEX*8", "zrt::fcomplex", "complex8", "zorvikrt_complex8", "complex(c_float_complex)"),
-    "z": number("COMPLEX*16", "zrt::dcomplex", "complex16", "zorvikrt_complex16", "complex(c_double_complex)"),
-    "q": number("REAL*16", "zrt::quad", "real16", "zorvikrt_quad", "type(real16)"),
-    "x": number("COMPLEX*32", "zrt::cquad", "complex32", "zorvikrt_cquad", "type(complex32)"),
-    "a": as_given("CHARACTER, read", "const char*", "const char *", "character(kind=c_char), intent(in)"),
-    "A": as_given("CHARACTER, written", "char*", "char *", "character(kind=c_char), intent(inout)"),
-    "n": as_given("length", "std::int32_t", "int32_t", "integer(c_int32_t)"),
-    "m": as_given("memory address", "std::uintptr_t", "uintptr_t", "integer(c_intptr_t)"),
-    "L": as_given("address of a LOGICAL or null", "const std::int32_t*", "const int32_t *", "integer(c_int32_t), intent(in), optional"),
-    "P": as_given("address of an INTEGER*4, read", "const std::int32_t*", "const int32_t *", "integer(c_int32_t), intent(in)"),
-    "I": as_given("address of an INTEGER*4, written", "std::int32_t*", "int32_t *", "integer(c_int32_t), intent(inout)"),
-    "T": as_given("REAL*16 table", "const zrt::quad*", "const zorvikrt_quad *", "type(real16), intent(in)"),
-    "Q": as_given("address of a REAL*16, written", "zrt::quad*", "zorvikrt_quad *", "type(real16), intent(inout)"),
+    "b": number("INTEGER*1", "b", 1, "std::int32_t", "integer1", "int8_t", "integer(c_int8_t)"),
+    "w": number("INTEGER*2", "w", 1, "std::int32_t", "integer2", "int16_t", "integer(c_int16_t)"),
+    "i": number("INTEGER*4", "i", 1, "std::int32_t", "integer4", "int32_t", "integer(c_int32_t)"),
+    "k": number("INTEGER*8", "k", 1, "zrt::integer8", "integer8", "int64_t", "integer(c_int64_t)"),
+    "u": number("unsigned INTEGER*8", "u", 1, "zrt::unsigned8", "unsigned8", "uint64_t", "integer(c_int64_t)"),
+    "f": number("REAL*4", "f", 1, "zrt::real4", "real4", "float", "real(c_float)"),
+    "d": number("REAL*8", "d", 1, "zrt::real8", "real8", "double", "real(c_double)"),
+    "c": number("COMPLEX*8", "f", 2, "zrt::fcomplex", "complex8", "zorvikrt_complex8", "complex(c_float_complex)"),
+    "z": number("COMPLEX*16", "d", 2, "zrt::dcomplex", "complex16", "zorvikrt_complex16", "complex(c_double_complex)"),
+    "q": number("REAL*16", "d", 2, "zrt::quad", "real16", "zorvikrt_quad", "type(real16)"),
+    "x": number("COMPLEX*32", "d", 4, "zrt::cquad", "complex32", "zorvikrt_cquad", "type(complex32)"),
+    "a": as_given("CHARACTER, read", "CHARACTER", "text", "const char*", "const char *", "character(kind=c_char), intent(in)"),
+    "A": as_given("CHARACTER, written", "CHARACTER", "target", "char*", "char *", "character(kind=c_char), intent(inout)"),
+    "n": as_given("length", "INTEGER*4", "length", "std::int32_t", "int32_t", "integer(c_int32_t)"),
+    "m": as_given("memory address", "memory", "memory", "std::uintptr_t", "uintptr_t", "integer(c_intptr_t)"),
+    "L": as_given("address of a LOGICAL or null", "LOGICAL", "optional_integer", "const std::int32_t*", "const int32_t *", "integer(c_int32_t), intent(in), optional"),
+    "P": as_given("address of an INTEGER*4, read", "INTEGER*4", "read_integer", "const std::int32_t*", "const int32_t *", "integer(c_int32_t), intent(in)"),
+    "I": as_given("address of an INTEGER*4, written", "INTEGER*4", "written_integer", "std::int32_t*", "int32_t *", "integer(c_int32_t), intent(inout)"),
+    "T": as_given("REAL*16 table", "REAL*16 table", "table", "const zrt::quad*", "const zorvikrt_quad *", "type(real16), intent(in)"),
+    "Q": as_given("address of a REAL*16, written", "REAL*16", "written_pair", "zrt::quad*", "zorvikrt_quad *", "type(real16), intent(inout)"),
 }
+WIDTHS = {"b": 1, "w": 2, "i": 4, "k": 8, "u": 8, "f": 4, "d": 8, "n": 4}
 ARRAYS = "aAT"                # Fortran assumed-size operands
 FORTRAN_BY_VALUE = "nm"       # operands that are values in both forms
 
@@ -364,6 +372,16 @@ def fortran(entries):
     return out
 
 
+def type_codes():
+    """ZRT_TYPE(code, name, bytes, code of a part, parts, nature, whether it is the same in both entry forms)."""
+    out = [f"// {NOTE}"]
+    for code, kind in OPERANDS.items():
+        width = WIDTHS[kind.part] * kind.parts if kind.parts else WIDTHS.get(code, "sizeof(void*)")
+        out.append(f"ZRT_TYPE('{code}', \"{kind.type_name}\", {width}, '{kind.part or code}', {kind.parts}, "
+                   f"{kind.nature}, {'false' if kind.by_reference else 'true'})")
+    return out
+
+
 def entry_table(entries):
     """ZRT_ENTRY(symbol, stem, family, result, operand codes, samples) and its siblings."""
     out = [f"// {NOTE}"]
@@ -438,6 +456,7 @@ def main(arguments):
     write(output / "zorvikrt" / "entries.h", c_header(ready, titles))
     write(output / "zorvikrt.map", version_script(ready))
     write(output / "zorvikrt.def", module_definition(ready))
+    write(output / "type_codes.inc", type_codes())
     write(output / "entry_table.inc", entry_table(ready))
     write(output / "entry_descriptions.inc", entry_descriptions(ready))
     write(output / "entries.md", markdown(ready, titles))

@@ -9,10 +9,10 @@
 #include <cstring>
 #include <string>
 
-#include "operands.hpp"
+#include "support/entry_table.hpp"
 #include "zorvikrt/zorvikrt.h"
 
-using namespace digest;
+using namespace support;
 
 namespace {
 
@@ -44,8 +44,6 @@ std::string hexadecimal(std::uint64_t value, int digits) {
   return std::string(text, static_cast<std::size_t>(digits));
 }
 
-bool is_address(char code) { return std::strchr("aAmLPITQ", code) != nullptr; }
-
 struct digests {
   hash results, registers;
 };
@@ -55,16 +53,16 @@ digests digests_of(const explorer::entry& e, bool trace) {
   digests sums;
   tuple call;
   const bool writes = e.codes.find_first_of("AmIQ") != std::string_view::npos;
-  const int result_size = e.result == 'b' || e.result == 'w' ? 4 : explorer::size_of(e.result);
+  const int result_size = e.result == 'b' || e.result == 'w' ? 4 : size_of(e.result);
   for (int i = 0; i < calls_of_each; ++i) {
-    draw(e, random, call);
+    support::draw(e, random, call);
     std::string line;
     if (trace)
       for (std::size_t operand = 0; operand < e.codes.size(); ++operand)
-        line += is_address(e.codes[operand]) ? std::string("* ")
-                                             : hexadecimal(call.operands[operand].bytes.data(),
-                                                           explorer::size_of(e.codes[operand])) +
-                                                   ' ';
+        line +=
+            explorer::type_of(e.codes[operand]).is_address()
+                ? std::string("* ")
+                : hexadecimal(call.operands[operand].bytes.data(), size_of(e.codes[operand])) + ' ';
     const explorer::outcome out = e({call.operands.data(), e.codes.size()});
     hash& sum = sums.results;
     sum(out.result.bytes.data(), static_cast<std::size_t>(result_size));
