@@ -16,6 +16,15 @@ def run(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
+def computing_in_both_units(library):
+    """Functions with x87 and SSE arithmetic: there the compiler has narrowed an operation."""
+    x87 = re.compile(r"\tf(i?(add|sub|mul|div)|sqrt|sin|cos|patan|ptan|yl2x|2xm1|scale|rndint)")
+    sse = re.compile(r"\tv?(add|sub|mul|div|sqrt|min|max|cvt\w+2)[sp][sd] ")
+    code = run("objdump", "-d", "--no-show-raw-insn", library)
+    return [function.split(":", 1)[0] for function in code.split("\n\n")
+            if x87.search(function) and sse.search(function)]
+
+
 def main(list_path, library):
     entries, _ = parse(list_path)
     listed = symbols(entries)
@@ -43,6 +52,7 @@ def main(list_path, library):
         faults.append("has text relocations")
     if not re.search(r"GNU_STACK.* RW ", run("readelf", "-lW", library)):
         faults.append("asks for an executable stack")
+    faults += [f"computes in both units: {name}" for name in computing_in_both_units(library)]
 
     for fault in faults:
         print(fault)

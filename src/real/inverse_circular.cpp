@@ -112,7 +112,7 @@ struct arctangent_constants<double> {
                               0x1.4887cbcc495a9p+5L};          // 41.06630668257578
   static constexpr double summand[4] = {0, 0x1.0c152382d7366p-1, 0x1.921fb54442d18p+0,
                                         0x1.0c152382d7366p+0};  // pi/6, pi/2, pi/3
-  static constexpr reg half_pi = 0x1.921fb54442d18p+0L;
+  static constexpr double half_pi[2] = {0x1.921fb54442d18p+0, -0x1.921fb54442d18p+0};
   static constexpr reg pi = 0x1.921fb54442d18p+1L;
 };
 
@@ -128,7 +128,7 @@ struct arctangent_constants<float> {
   static constexpr reg q[] = {0x1.6999a6p+0L};   // 1.4125007390975952
   static constexpr float summand[4] = {0, 0x1.0c1524p-1f, 0x1.921fb6p+0f,
                                        0x1.0c1524p+0f};  // pi/6, pi/2, pi/3
-  static constexpr reg half_pi = 0x1.921fb6p+0L;
+  static constexpr float half_pi[2] = {0x1.921fb6p+0f, -0x1.921fb6p+0f};
   static constexpr reg pi = 0x1.921fb6p+1L;
 };
 
@@ -179,7 +179,7 @@ reg angle(const F& y, const F& x) {
   const reg ordinate = load(y);
   if (compares_equal(abscissa, 0.0L)) {
     if (compares_equal(ordinate, 0.0L)) return 0.0L;
-    return less(ordinate, 0.0L) ? -c::half_pi : c::half_pi;
+    return load(c::half_pi[less(ordinate, 0.0L)]);  // loaded, else a product with it narrows to SSE
   }
   reg t = stored<F>(fpatan(fabs(ordinate / abscissa), 1.0L));
   if (less(abscissa, 0.0L)) t = stored<F>(c::pi - t);
