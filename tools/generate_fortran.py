@@ -4,7 +4,8 @@ REAL*16 and COMPLEX*32 with the procedures behind them.
 
 usage: generate_fortran.py LIST TEMPLATE OUTPUT
 
-A line '!@ interfaces', '!@ generics' or '!@ procedures' of the template is replaced by what it names.
+A line '!@ interfaces', '!@ generics' or '!@ procedures' of the template is replaced by what it names,
+'!@ file NAME' by a file beside the template.
 The tables below say for every operator and function which entry computes it. Only the Python standard
 library is needed.
 """
@@ -21,19 +22,22 @@ TYPES = {
     "z": "complex(c_double_complex)", "q": "type(real16)", "x": "type(complex32)", "l": "logical",
 }
 
+# Structure constructors: the parts are a component of each type, see the template.
+def exact(form):
+    return f"real16(real16_parts({form}, 0.0_c_double))"
+
+
+def joined(re_part, im_part):
+    return f"complex32(complex32_parts({re_part}, {im_part}))"
+
+
 # How a kind becomes REAL*16 or COMPLEX*32: by an exact conversion.
-TO_REAL16 = {
-    "q": "{0}", "d": "real16({0}, 0.0_c_double)", "f": "real16(real({0}, c_double), 0.0_c_double)",
-    "i": "real16(real({0}, c_double), 0.0_c_double)", "k": "whole({0})",
-}
-TO_COMPLEX32 = {
-    "x": "{0}",
-    "z": "complex32(real16(real({0}), 0.0_c_double), real16(aimag({0}), 0.0_c_double))",
-    "c": "complex32(real16(real({0}, c_double), 0.0_c_double), real16(real(aimag({0}), c_double), 0.0_c_double))",
-}
-ZERO = "real16(0.0_c_double, 0.0_c_double)"
-for code, form in TO_REAL16.items():
-    TO_COMPLEX32[code] = f"complex32({form}, {ZERO})"
+ZERO = exact("0.0_c_double")
+TO_REAL16 = {"q": "{0}", "d": exact("{0}"), "f": exact("real({0}, c_double)"), "i": exact("real({0}, c_double)"),
+             "k": "whole({0})"}
+TO_COMPLEX32 = {"x": "{0}", "z": joined(exact("real({0})"), exact("aimag({0})")),
+                "c": joined(exact("real({0}, c_double)"), exact("real(aimag({0}), c_double)"))}
+TO_COMPLEX32.update({code: joined(form, ZERO) for code, form in TO_REAL16.items()})
 TO_REAL8 = {"d": "{0}", "f": "real({0}, c_double)", "i": "real({0}, c_double)"}
 
 # Entries that take an operand of another kind as it is: operator, kinds -> entry, its kinds, exchanged.
@@ -77,25 +81,26 @@ COMPLEX_UNARY = {"sqrt": "csqrtl", "exp": "cexpl", "log": "clogl", "sin": "csinl
 
 # Functions written out: name -> [(kinds, result, statements)].
 WRITTEN = {
-    "real16": [(code, "q", f"r = {TO_REAL16[code].format('a')}") for code in "dfik"],
+    "real16": [(code, "q", f"r = {TO_REAL16[code].format('a')}") for code in "dfik"]
+    + [("dd", "q", "r = real16(real16_parts(a, b))")],
     "complex32": [(code, "x", f"r = {TO_COMPLEX32[code].format('a')}") for code in "qzcdfik"]
-    + [("dd", "x", "r = complex32(real16(a, 0.0_c_double), real16(b, 0.0_c_double))")],
-    "cmplx": [("q", "x", f"r = complex32(a, {ZERO})"), ("qq", "x", "r = complex32(a, b)"),
-              ("qd", "x", "r = complex32(a, real16(b, 0.0_c_double))"),
-              ("dq", "x", "r = complex32(real16(a, 0.0_c_double), b)")],
-    "dcmplx": [("q", "x", f"r = complex32(a, {ZERO})"), ("qq", "x", "r = complex32(a, b)")],
-    "real": [("q", "f", "r = real(a%hi, c_float)"), ("x", "q", "r = a%re")],
-    "dble": [("q", "d", "r = a%hi"), ("x", "d", "r = a%re%hi")],
+    + [(kinds, "x", f"r = {joined(TO_REAL16[kinds[0]].format('a'), TO_REAL16[kinds[1]].format('b'))}")
+       for kinds in ("qq", "qd", "dq", "dd")],
+    "cmplx": [("q", "x", f"r = {joined('a', ZERO)}"), ("qq", "x", f"r = {joined('a', 'b')}"),
+              ("qd", "x", f"r = {joined('a', exact('b'))}"), ("dq", "x", f"r = {joined(exact('a'), 'b')}")],
+    "dcmplx": [("q", "x", f"r = {joined('a', ZERO)}"), ("qq", "x", f"r = {joined('a', 'b')}")],
+    "real": [("q", "f", "r = real(a%parts%hi, c_float)"), ("x", "q", "r = a%parts%re")],
+    "dble": [("q", "d", "r = a%parts%hi"), ("x", "d", "r = a%parts%re%parts%hi")],
     "int": [("q", "i", "r = transfer(zorvik_q2ll(a), 0_c_int32_t)")],
-    "aimag": [("x", "q", "r = a%im")],
-    "conjg": [("x", "x", "r%re = a%re; call zorvik_qneg(r%im, a%im)")],
+    "aimag": [("x", "q", "r = a%parts%im")],
+    "conjg": [("x", "x", "r%parts%re = a%parts%re; call zorvik_qneg(r%parts%im, a%parts%im)")],
     "scale": [("qi", "q", "call zorvik_ldexpl(r, a, b)")],
     "fraction": [("q", "q", "integer(c_int32_t) :: e; call zorvik_frexpl(r, a, e)")],
     "exponent": [("q", "i", "type(real16) :: m; call zorvik_frexpl(m, a, r)")],
     "qprod": [("dd", "q", "call zorvik_qprod(r, a, b)")],
-    "epsilon": [("q", "q", "r = real16(epsilon(a%hi)**2 / 2, 0.0_c_double)")],
-    "tiny": [("q", "q", "r = real16(tiny(a%hi), 0.0_c_double)")],
-    "huge": [("q", "q", "r = real16(huge(a%hi), huge(a%hi) * 2.0_c_double**(-54))")],
+    "epsilon": [("q", "q", f"r = {exact('epsilon(0.0_c_double)**2 / 2')}")],
+    "tiny": [("q", "q", f"r = {exact('tiny(0.0_c_double)')}")],
+    "huge": [("q", "q", "r = real16(real16_parts(huge(0.0_c_double), huge(0.0_c_double) * 2.0_c_double**(-54)))")],
 }
 
 
@@ -160,12 +165,12 @@ def add_operators(module):
                 # No entry adds COMPLEX*32: part by part.
                 x, y = (converted(kind, "x", name) for name, kind in zip("ab", kinds))
                 statements = (f"type(complex32) :: x, y; x = {x}; y = {y}; "
-                              f"call zorvik_{REAL16[symbol]}(r%re, x%re, y%re); "
-                              f"call zorvik_{REAL16[symbol]}(r%im, x%im, y%im)")
+                              f"call zorvik_{REAL16[symbol]}(r%parts%re, x%parts%re, y%parts%re); "
+                              f"call zorvik_{REAL16[symbol]}(r%parts%im, x%parts%im, y%parts%im)")
             module.add(generic, f"{word}_{kinds}", list(zip("ab", kinds)), "x", statements)
     module.add("operator(-)", "negate_q", [("a", "q")], "q", "call zorvik_qneg(r, a)")
     module.add("operator(-)", "negate_x", [("a", "x")], "x",
-               "call zorvik_qneg(r%re, a%re); call zorvik_qneg(r%im, a%im)")
+               "call zorvik_qneg(r%parts%re, a%parts%re); call zorvik_qneg(r%parts%im, a%parts%im)")
     module.add("operator(+)", "plus_q", [("a", "q")], "q", "r = a")
     module.add("operator(+)", "plus_x", [("a", "x")], "x", "r = a")
 
@@ -177,7 +182,7 @@ def add_operators(module):
     for kinds in complexes:
         x, y = (converted(kind, "x", name) for name, kind in zip("ab", kinds))
         both = (f"type(complex32) :: x, y; x = {x}; y = {y}; "
-                "r = zorvik_qcmp(x%re, y%re) == equal .and. zorvik_qcmp(x%im, y%im) == equal")
+                "r = zorvik_qcmp(x%parts%re, y%parts%re) == equal .and. zorvik_qcmp(x%parts%im, y%parts%im) == equal")
         module.add("operator(==)", f"eq_{kinds}", list(zip("ab", kinds)), "l", both)
         module.add("operator(/=)", f"ne_{kinds}", list(zip("ab", kinds)), "l", both + "; r = .not. r")
 
@@ -185,10 +190,10 @@ def add_operators(module):
 def add_assignments(module):
     forms = [("q" + code, f"a = {TO_REAL16[code].format('b')}") for code in "dfik"]
     forms += [("x" + code, f"a = {TO_COMPLEX32[code].format('b')}") for code in "qzcdfik"]
-    forms += [("qx", "a = b%re"), ("dq", "a = b%hi"), ("fq", "a = real(b%hi, c_float)"),
+    forms += [("qx", "a = b%parts%re"), ("dq", "a = b%parts%hi"), ("fq", "a = real(b%parts%hi, c_float)"),
               ("iq", "a = transfer(zorvik_q2ll(b), 0_c_int32_t)"), ("kq", "a = zorvik_q2ll(b)"),
-              ("zx", "a = cmplx(b%re%hi, b%im%hi, c_double_complex)"),
-              ("cx", "a = cmplx(b%re%hi, b%im%hi, c_float_complex)")]
+              ("zx", "a = cmplx(b%parts%re%parts%hi, b%parts%im%parts%hi, c_double_complex)"),
+              ("cx", "a = cmplx(b%parts%re%parts%hi, b%parts%im%parts%hi, c_float_complex)")]
     for kinds, statements in forms:
         module.add("assignment(=)", f"assign_{kinds}", list(zip("ab", kinds)), None, statements, True)
 
@@ -266,6 +271,12 @@ def main(arguments):
     for line in text.splitlines():
         if line.startswith("!@"):
             name = line[2:].strip()
+            if name.startswith("file "):
+                try:
+                    lines += (Path(template).parent / name[5:]).read_text(encoding="utf-8").splitlines()
+                except OSError as error:
+                    sys.exit(f"generate_fortran: {error}")
+                continue
             if name not in parts:
                 sys.exit(f"generate_fortran: {template}: unknown part '{name}'")
             lines += parts[name]

@@ -29,8 +29,8 @@ contains
 
   elemental logical function same(a, b)
     type(real16), intent(in) :: a, b
-    same = transfer(a%hi, 0_c_int64_t) == transfer(b%hi, 0_c_int64_t) .and. &
-        transfer(a%lo, 0_c_int64_t) == transfer(b%lo, 0_c_int64_t)
+    same = transfer(a%parts%hi, 0_c_int64_t) == transfer(b%parts%hi, 0_c_int64_t) .and. &
+        transfer(a%parts%lo, 0_c_int64_t) == transfer(b%parts%lo, 0_c_int64_t)
   end function same
 
   subroutine arithmetic
@@ -55,7 +55,7 @@ contains
       call check(real16(3)**4_8 == 81, 'INTEGER*8 power')
       call check(abs(real16(2)**0.5d0 - sqrt(real16(2))) < 1d-30, 'REAL*8 power')
       call check(abs(2**real16(0.5d0) - sqrt(real16(2))) < 1d-30, 'power of an INTEGER*4')
-      call check(same(-third, real16(-third%hi, -third%lo)) .and. same(+third, third), 'signs')
+      call check(same(-third, real16(-third%parts%hi, -third%parts%lo)) .and. same(+third, third), 'signs')
     end block check_sums
   end subroutine arithmetic
 
@@ -257,8 +257,8 @@ contains
     all_come_back = .true.
     do i = 1, count
       call random_number(random)
-      x%hi = (random(1) - 0.5d0) * 10.0d0**int(40 * random(2) - 20)
-      x%lo = x%hi * (random(3) - 0.5d0) * 2.0d0**(-53 - mod(i, 60))
+      x%parts%hi = (random(1) - 0.5d0) * 10.0d0**int(40 * random(2) - 20)
+      x%parts%lo = x%parts%hi * (random(3) - 0.5d0) * 2.0d0**(-53 - mod(i, 60))
       write (line, '(DT)') x
       read (line, *) y
       all_come_back = all_come_back .and. same(x, y)
