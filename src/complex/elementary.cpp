@@ -90,7 +90,7 @@ parts square_root(const C& z) {
   const reg x = load(z.re), y = load(z.im);
   const reg v = stored<F>(fabs(y) / (w + w));
   const bool right = greater_equal(x, 0.0L);
-  return {right ? w : v, real::negated_if(less(y, 0.0L), right ? v : w)};
+  return {right ? w : v, negated_if(less(y, 0.0L), right ? v : w)};
 }
 
 /// (sin x cosh y, cos x sinh y): the instruction's sine and cosine rounded to the type, the

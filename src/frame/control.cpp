@@ -9,6 +9,7 @@
 namespace zrt {
 
 bool processor::has_fisttp = false;
+bool processor::has_fma = false;
 
 namespace control {
 
@@ -73,9 +74,21 @@ void fp_set_control(std::uint32_t word) {
   x87_set_control(static_cast<std::uint16_t>(word));
 }
 
+/// Whether the system keeps the upper halves of the vector registers, without which the
+/// instructions of AVX and FMA fault.
+static bool keeps_avx_state() {
+  constexpr unsigned sse_and_avx = 6;
+  unsigned low, high;
+  asm("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
+  return (low & sse_and_avx) == sse_and_avx;
+}
+
 static void find_processor() {
   unsigned a, b, c, d;
-  processor::has_fisttp = __get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_SSE3) != 0;
+  if (__get_cpuid(1, &a, &b, &c, &d) == 0) return;
+  constexpr unsigned fma = bit_FMA | bit_AVX | bit_OSXSAVE;
+  processor::has_fisttp = (c & bit_SSE3) != 0;
+  processor::has_fma = (c & fma) == fma && keeps_avx_state();
 }
 
 std::int32_t notified(std::uint32_t reason) {

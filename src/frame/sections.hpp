@@ -8,14 +8,9 @@
 // without what is slow in the plain one: the change of control word for a truncation, the microcode
 // of `frndint` and `fscale` for the exponential. Nobody else writes a control word in numeric code.
 
-#include "x87.hpp"
+#include "model.hpp"
 
 namespace zrt {
-
-/// What the processor offers; found once at load, read-only afterwards.
-struct processor {
-  static bool has_fisttp;  // SSE3
-};
 
 // The words leave bit 12 clear, as every caller has it: it has no effect on results, and a change of
 // it takes 50 ns on AMD's Zen 4 and 5, one of precision or rounding half a nanosecond.

@@ -155,6 +155,16 @@ struct zero_test {
   return a;
 }
 
+/// The value, or `fchs` of it (a NaN's sign flips too), chosen by `fcmov`: the signs of a program's
+/// operands are seldom predictable.
+[[gnu::always_inline]] inline reg negated_if(bool negative, reg value) {
+  asm("testb %2, %2\n\tfcmovne %%st(1), %%st"
+      : "+t"(value)
+      : "u"(fchs(value)), "q"(negative)
+      : "cc");
+  return value;
+}
+
 /// The sign bit, of a zero or a NaN too.
 [[gnu::always_inline]] inline bool sign_bit(reg a) { return __builtin_signbit(a) != 0; }
 

@@ -3,7 +3,7 @@
 // What the elementary functions of this room share: polynomials, signs and powers of two without a
 // branch. Each helper is exact or does the very operations that its comment names.
 
-#include "frame/x87.hpp"
+#include "frame/model.hpp"
 
 namespace zrt::real {
 
@@ -26,16 +26,6 @@ template <int count>
 }
 
 inline constexpr float signed_halves[2] = {0.5f, -0.5f};
-
-/// The value, or `fchs` of it (a NaN's sign flips too), chosen by `fcmov`: the signs of a program's
-/// operands are seldom predictable.
-[[gnu::always_inline]] inline reg negated_if(bool negative, reg value) {
-  asm("testb %2, %2\n\tfcmovne %%st(1), %%st"
-      : "+t"(value)
-      : "u"(fchs(value)), "q"(negative)
-      : "cc");
-  return value;
-}
 
 /// 2**n for a whole n in [-1022, 1023]. The image leaves the FPU in one 64-bit store: two stores of
 /// 32 bits would keep the load waiting until both have reached the cache.

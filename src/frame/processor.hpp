@@ -1,0 +1,13 @@
+#pragma once
+
+// What the processor offers; found once at load, read-only afterwards. Tests write it to take the
+// other way of a choice.
+
+namespace zrt {
+
+struct processor {
+  static bool has_fisttp;  // SSE3
+  static bool has_fma;     // fused multiply and add on doubles, its registers kept by the system
+};
+
+}  // namespace zrt
