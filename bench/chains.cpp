@@ -2,7 +2,7 @@
 // one before, and so the time below which no order of instructions brings a single call. A row
 // executes the operations of the critical path, each on the result of the last.
 
-#include "rows.hpp"
+#include "calls.hpp"
 
 namespace bench {
 namespace {
@@ -56,7 +56,7 @@ void run(const chain& c, long calls) {
 
 const registered chain_rows([] {
   for (const chain& c : chains)
-    rows().push_back({c.entry, "its chain's latency", 0, [&c](long calls) { run(c, calls); }});
+    rows().push_back({c.entry, own_chain, 0, [&c](long calls) { run(c, calls); }});
 });
 
 }  // namespace

@@ -4,20 +4,10 @@
 #include <cstring>
 #include <random>
 
-#include "rows.hpp"
-#include "zorvikrt/zorvikrt.h"
+#include "calls.hpp"
 
 namespace bench {
 namespace {
-
-/// Adds a row whose one call is `call()`.
-template <class Call>
-void add_call(std::string entry, std::string subject, std::size_t bytes, Call call) {
-  rows().push_back(
-      {std::move(entry), std::move(subject), static_cast<double>(bytes), [call](long calls) {
-         for (long i = 0; i < calls; ++i) consume(call());
-       }});
-}
 
 struct buffers {
   std::string text, copy, blanks, target;

@@ -1,8 +1,7 @@
 // 64-bit arithmetic by the lengths of the operands, beside the compiler's own helpers, which i386
 // code calls for the same operations.
 
-#include "rows.hpp"
-#include "zorvikrt/zorvikrt.h"
+#include "calls.hpp"
 
 #if defined(__i386__)
 extern "C" {

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "rows.hpp"
+#include "calls.hpp"
 
 namespace bench {
 

@@ -4,7 +4,7 @@
 
 #include <qd/dd_real.h>
 
-#include "rows.hpp"
+#include "calls.hpp"
 
 namespace bench {
 

@@ -3,7 +3,7 @@
 
 #include <quadmath.h>
 
-#include "rows.hpp"
+#include "calls.hpp"
 
 namespace bench {
 
