@@ -11,13 +11,17 @@ target_link_libraries(zorvikrt_cxx INTERFACE zorvikrt_text)
 target_compile_features(zorvikrt_cxx INTERFACE cxx_std_17)
 set_target_properties(zorvikrt_cxx PROPERTIES EXPORT_NAME cxx)
 
-install(TARGETS zorvikrt zorvikrt_text zorvikrt_cxx EXPORT zorvikrt
+set(special)
+if(ZORVIKRT_SPECIAL)
+  set(special zorvikrt_special)
+endif()
+install(TARGETS zorvikrt zorvikrt_text zorvikrt_cxx ${special} EXPORT zorvikrt
   RUNTIME COMPONENT runtime
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
-install(FILES include/zorvikrt/zorvikrt.h include/zorvikrt/zorvikrt.hpp include/zorvikrt/text.h
-  "${generated}/zorvikrt/entries.h"
+install(DIRECTORY include/zorvikrt DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
+install(FILES "${generated}/zorvikrt/entries.h"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
 install(FILES "${fortran_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
