@@ -25,8 +25,6 @@ ZORVIKRT_UNARY(round, qnint)
 ZORVIKRT_UNARY(floor, floorl)
 /** The smallest whole number not below x. */
 ZORVIKRT_UNARY(ceil, ceill)
-/** Square root. */
-ZORVIKRT_UNARY(sqrt, sqrtl)
 /** e**x. */
 ZORVIKRT_UNARY(exp, expl)
 /** Natural logarithm. */
@@ -66,6 +64,12 @@ ZORVIKRT_UNARY(cosh, coshl)
 /** Hyperbolic tangent. */
 ZORVIKRT_UNARY(tanh, tanhl)
 #undef ZORVIKRT_UNARY
+
+/** Square root. */
+inline real16 sqrt(const real16& x) {
+  if (detail::in_line() && detail::is_certain_root(x)) return detail::root_of(x);
+  return detail::real(__zorvik_sqrtl, x);
+}
 
 // One of the operands may be of another kind.
 #define ZORVIKRT_BINARY(name, entry)                     \
