@@ -1,0 +1,147 @@
+#!/bin/sh
+# gfortran, with the intrinsics of this runtime: compiles and links an unmodified program so that
+# what it calls for EXP, SIN, MOD, ** and their kin are entries of libzorvikrt.
+#
+#   zorvikrt-gfortran ARGUMENTS OF GFORTRAN
+#   zorvikrt-gfortran --print-flags [-m32] compile|link
+#   zorvikrt-gfortran --compare ARGUMENTS OF GFORTRAN [-- ARGUMENTS OF THE PROGRAM]
+#
+# The compiler is `gfortran`, or what the variable ZORVIKRT_GFORTRAN names.
+set -u
+known_versions=12
+prefix=$(cd "$(dirname "$(readlink -f "$0")")/.." && pwd)
+compiler=${ZORVIKRT_GFORTRAN:-gfortran}
+
+fail() {
+  echo "zorvikrt-gfortran: $1" >&2
+  exit 2
+}
+
+usage() {
+  sed -n 's/^#   //p' "$0"
+  echo "see docs/legacy.md and the manual page"
+}
+
+# Sets library and tools for the target that the arguments ask for.
+find_target() {
+  triplet=x86_64-linux-gnu
+  for argument in "$@"; do
+    case $argument in
+      -m32) triplet=i386-linux-gnu ;;
+      -m64) triplet=x86_64-linux-gnu ;;
+      -mx32) fail "there is no build for -mx32" ;;
+    esac
+  done
+  library=
+  for folder in "$prefix/lib/$triplet" "$prefix/lib"; do
+    if [ "$(cat "$folder/zorvikrt/gfortran/target" 2>/dev/null)" = "$triplet" ]; then
+      library=$folder
+      break
+    fi
+  done
+  [ -n "$library" ] || fail "the $triplet build is not installed in $prefix"
+  tools=$library/zorvikrt/gfortran
+}
+
+compile_flags() {
+  printf '%s' "-B$tools/"
+  # A processor without sqrt, rint and trigonometry of its own: gfortran calls them.
+  [ "$triplet" = x86_64-linux-gnu ] || printf '%s' " -march=i486 -mno-fancy-math-387"
+}
+
+link_flags() {
+  printf '%s' "-L$library -Wl,-u,zorvikrt_gfortran_start -lzorvikrt_gfortran -Wl,--push-state,--as-needed -lzorvikrt -Wl,--pop-state"
+  [ "$prefix" = /usr ] || printf '%s' " -Wl,-rpath,$library"
+}
+
+find_compiler() {
+  command -v "$compiler" >/dev/null 2>&1 || fail "there is no compiler '$compiler': install gfortran, or set ZORVIKRT_GFORTRAN"
+}
+
+# A version whose calls nobody has looked through works, but may call by names that are not in the table.
+check_version() {
+  version=$("$compiler" -dumpversion 2>/dev/null) || fail "'$compiler -dumpversion' fails"
+  case " $known_versions " in
+    *" ${version%%.*} "*) ;;
+    *) echo "zorvikrt-gfortran: note: $compiler $version was not checked: an intrinsic it calls by a new name keeps its own result" >&2 ;;
+  esac
+}
+
+# gfortran with our flags before and, where it links, behind the caller's.
+build() {
+  links=yes
+  for argument in "$@"; do
+    case $argument in
+      -c|-S|-E|-fsyntax-only|-M|-MM|--version|--help|-v|-dump*|-print*|-r) links=no ;;
+      -static) fail "-static: libzorvikrt is a shared library; -static-libgfortran works" ;;
+    esac
+  done
+  # shellcheck disable=SC2046
+  if [ $links = yes ]; then
+    check_version
+    "$compiler" $(compile_flags) "$@" $(link_flags)
+  else
+    "$compiler" $(compile_flags) "$@"
+  fi
+}
+
+compare() {
+  folder=$(mktemp -d)
+  trap 'rm -rf "$folder"' EXIT
+  count=0
+  for argument in "$@"; do
+    [ "$argument" != -- ] || break
+    count=$((count + 1))
+  done
+  # The two halves of "$@", before and behind --.
+  compile_both() {
+    "$compiler" "$@" -o "$folder/plain" && build "$@" -o "$folder/ours"
+  }
+  behind=$((count + 1))
+  eval "compile_both $(seq -f '"${%g}"' 1 "$count" | tr '\n' ' ')" || exit 1
+  [ -t 0 ] && : >"$folder/input" || cat >"$folder/input"
+  run() {
+    [ $# -lt "$behind" ] && shift $# || shift "$behind"
+    "$program" "$@" <"$folder/input" >"$program.out" 2>&1
+    echo "exit status $?" >>"$program.out"
+  }
+  program=$folder/plain; run "$@"
+  program=$folder/ours; run "$@"
+  colour=never
+  [ -t 1 ] && colour=always
+  if diff -U0 --color=$colour --label "gfortran" --label "zorvikrt-gfortran" "$folder/plain.out" "$folder/ours.out"; then
+    echo "no line of the output differs"
+  fi
+}
+
+case ${1-} in
+  ''|--help) usage; [ $# -gt 0 ]; exit ;;
+  --print-flags)
+    shift
+    what=
+    for argument in "$@"; do
+      case $argument in
+        compile|link) what=$argument ;;
+        -m32|-m64) ;;
+        *) fail "--print-flags takes compile or link, and -m32 or -m64, not '$argument'" ;;
+      esac
+    done
+    [ -n "$what" ] || fail "--print-flags takes compile or link"
+    find_target "$@"
+    "${what}_flags"
+    echo ;;
+  --compare)
+    shift
+    source=
+    for argument in "$@"; do
+      case $argument in --) break ;; -*) ;; *) source=$argument ;; esac
+    done
+    [ -n "$source" ] || fail "--compare takes what gfortran would take: zorvikrt-gfortran --compare -O2 prog.f"
+    find_compiler
+    find_target "$@"
+    compare "$@" ;;
+  *)
+    find_compiler
+    find_target "$@"
+    build "$@" ;;
+esac
