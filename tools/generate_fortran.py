@@ -261,11 +261,11 @@ def main(arguments):
     add_operators(module)
     add_assignments(module)
     add_functions(module)
-    stems = {e.stem for e in entries if e.ready}
+    stems = {e.stem for e in entries}
     called = set(re.findall(r"zorvik_(\w+)\(", "\n".join(module.procedures)))
     if called - stems:
-        sys.exit(f"generate_fortran: {list_path} has no ready entry {', '.join(sorted(called - stems))}")
-    parts = {"interfaces": fortran([e for e in entries if e.ready]), "generics": generics(module),
+        sys.exit(f"generate_fortran: {list_path} has no entry {', '.join(sorted(called - stems))}")
+    parts = {"interfaces": fortran(entries), "generics": generics(module),
              "procedures": module.procedures}
     lines = [f"! {NOTE.replace('generate_exports.py', 'generate_fortran.py')}"]
     for line in text.splitlines():
