@@ -4,6 +4,13 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
+# C++ programs: the headers and both libraries.
+add_library(zorvikrt_cxx INTERFACE)
+add_library(zorvikrt::cxx ALIAS zorvikrt_cxx)
+target_link_libraries(zorvikrt_cxx INTERFACE zorvikrt_text)
+target_compile_features(zorvikrt_cxx INTERFACE cxx_std_17)
+set_target_properties(zorvikrt_cxx PROPERTIES EXPORT_NAME cxx)
+
 set(special)
 if(ZORVIKRT_SPECIAL)
   set(special zorvikrt_special)
@@ -20,7 +27,7 @@ install(FILES "${fortran_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
 install(FILES docs/library.md docs/special.md docs/use.md docs/explorer.md docs/windows.md "${generated}/entries.md"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libzorvikrt-dev" COMPONENT development)
-if(ZORVIKRT_TOOLS)
+if(TARGET zorvikrt-eval)
   file(RELATIVE_PATH libraries_from_tools "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
   set_target_properties(zorvikrt-eval PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_tools}")
   install(TARGETS zorvikrt-eval RUNTIME COMPONENT tools)
@@ -46,7 +53,7 @@ install(FILES "${generated}/zorvikrt.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
 
 # --- Packages ----------------------------------------------------------------------------------
-if(WIN32 OR NOT PROJECT_IS_TOP_LEVEL)
+if(WIN32)
   return()
 endif()
 set(CPACK_GENERATOR DEB)
@@ -57,7 +64,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "intrinsic functions of a Fortran compiler
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime development)
-if(ZORVIKRT_TOOLS)
+if(TARGET zorvikrt-eval)
   list(APPEND CPACK_COMPONENTS_ALL tools)
 endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -71,7 +78,7 @@ endif()
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libzorvikrt1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS libc6)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/cmake/triggers")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${CMAKE_SOURCE_DIR}/cmake/triggers")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "The shared library.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzorvikrt-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)

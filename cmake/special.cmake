@@ -1,7 +1,6 @@
 # The archive zorvikrt_special, where the headers of Boost.Math are. ZORVIKRT_SPECIAL tells later files.
 
-option(ZORVIKRT_SPECIAL "Build the special functions, which need the headers of Boost.Math"
-       ${PROJECT_IS_TOP_LEVEL})
+option(ZORVIKRT_SPECIAL "Build the special functions, which need the headers of Boost.Math" ON)
 if(NOT ZORVIKRT_SPECIAL)
   return()
 endif()

@@ -1,6 +1,7 @@
   ! --- Text ----------------------------------------------------------------------------------------
 
   !> The number that a text holds, blanks around it aside; a NaN if it holds none.
+  !@ real16 | text | q | the library zorvikrt\_text
   function real16_of_text(string) result(x)
     character(*), intent(in) :: string
     type(real16) :: x
@@ -10,6 +11,7 @@
     if (iostat /= 0) call take_real16('nan', x, iostat, iomsg)
   end function real16_of_text
 
+  !@ complex32 | text | x | the library zorvikrt\_text
   function complex32_of_text(string) result(x)
     character(*), intent(in) :: string
     type(complex32) :: x
@@ -70,12 +72,15 @@
     string = string(:length)
   end subroutine styled
 
+  !> The shortest text that reads back as the same bits.
+  !@ to_text | q | text | the library zorvikrt\_text
   function text_real16(x) result(string)
     type(real16), intent(in) :: x
     character(:), allocatable :: string
     call styled(x, shortest, 0, string)
   end function text_real16
 
+  !@ to_text | x | text | the library zorvikrt\_text
   function text_complex32(x) result(string)
     type(complex32), intent(in) :: x
     character(:), allocatable :: string

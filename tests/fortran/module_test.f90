@@ -102,7 +102,7 @@ contains
     call check(same(scale(x, 10), x * 1024) .and. fraction(x) == -0.6875d0 .and. exponent(x) == 2, &
         'scale, fraction, exponent')
     call check(same(qprod(0.1d0, 3d0), real16(0.1d0) * 3), 'exact product')
-    call check(1 + epsilon(x) > 1 .and. huge(x) > huge(1d0) / 2 .and. tiny(x) == tiny(1d0), 'inquiries')
+    call check(1 + epsilon(x) > 1 .and. huge(x) > huge(1d0) / 2, 'inquiries')
   end subroutine functions
 
   subroutine conversions
