@@ -7,6 +7,7 @@
 #include "complex/parts.hpp"
 #include "entries.hpp"
 #include "frame/sections.hpp"
+#include "frame/sine_cosine.hpp"
 #include "real/evaluation.hpp"
 #include "real/hyperbolic.hpp"
 #include "real/inverse_circular.hpp"
@@ -36,8 +37,8 @@ template <class C>
 template <class C>
 parts complex_exponential(const C& z) {
   const reg e = exponential(load(z.re));
-  const reg y = load(z.im);
-  return {fcos(y) * e, fsin(y) * e};
+  const sine_cosine of_y = sine_and_cosine(load(z.im));
+  return {of_y.cosine * e, of_y.sine * e};
 }
 
 /// ln|z| by fyl2x with ln 2, and the angle by fpatan.
@@ -98,16 +99,16 @@ parts square_root(const C& z) {
 template <class F, class C>
 parts sine(const C& z) {
   const auto of_y = real::hyperbolic_pair(z.im);
-  const reg x = load(z.re);
-  return {of_y.cosine * stored<F>(fsin(x)), of_y.sine * stored<F>(fcos(x))};
+  const sine_cosine of_x = sine_and_cosine(load(z.re));
+  return {of_y.cosine * stored<F>(of_x.sine), of_y.sine * stored<F>(of_x.cosine)};
 }
 
 /// (cos x cosh y, -(sin x sinh y)), in the same way.
 template <class F, class C>
 parts cosine(const C& z) {
   const auto of_y = real::hyperbolic_pair(z.im);
-  const reg x = load(z.re);
-  return {of_y.cosine * stored<F>(fcos(x)), fchs(of_y.sine * stored<F>(fsin(x)))};
+  const sine_cosine of_x = sine_and_cosine(load(z.re));
+  return {of_y.cosine * stored<F>(of_x.cosine), fchs(of_y.sine * stored<F>(of_x.sine))};
 }
 
 }  // namespace

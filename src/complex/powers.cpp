@@ -3,6 +3,7 @@
 #include "complex/parts.hpp"
 #include "entries.hpp"
 #include "frame/sections.hpp"
+#include "frame/sine_cosine.hpp"
 #include "real/inverse_circular.hpp"
 #include "real/whole_exponent.hpp"
 
@@ -73,7 +74,8 @@ parts power(const C& z, const C& w) {
   const reg u = real_exponent ? log.re * c : log.re * c - log.im * d;
   const reg v = real_exponent ? log.im * c : log.re * d + log.im * c;
   const reg e = exponential(u);
-  return {fcos(v) * e, fsin(v) * e};
+  const sine_cosine of_v = sine_and_cosine(v);
+  return {of_v.cosine * e, of_v.sine * e};
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "frame/control.hpp"
 #include "frame/sections.hpp"
+#include "frame/sine_cosine.hpp"
 #include "support/bits.hpp"
 #include "support/x87_state.hpp"
 
@@ -129,6 +130,37 @@ TEST(Sections, TakeThePlainWayWithoutFisttp) {
   EXPECT_EQ(truncated_to_int32(-2.5L), -2);
   EXPECT_EQ(truncated_to_int64(-0x1p40L - 0.5L), -(std::int64_t{1} << 40));
   processor::has_fisttp = true;
+}
+
+// A processor that the table of the load takes for one whose fsincos agrees must be one.
+TEST(Sections, ComputeTheSameSineAndCosineInBothWays) {
+  const bool agrees = processor::fsincos_agrees;
+  std::mt19937_64 random(9);
+  std::vector<reg> values = operands();
+  while (values.size() < 1000000) {
+    const reg x = static_cast<reg>(static_cast<std::int64_t>(random())) * 0x1p-63L;
+    const reg scales[] = {1.0L, 10.0L, 1000.0L, 0x1p40L};
+    values.push_back(stored<double>(x * scales[random() % 4]));
+    values.push_back(stored<float>(x * scales[random() % 4]));
+  }
+  long differences = 0;
+  for (const reg x : values) {
+    processor::fsincos_agrees = true;
+    clear_flags();
+    const sine_cosine at_once = sine_and_cosine(x);
+    const unsigned raised = flags();
+    processor::fsincos_agrees = false;
+    clear_flags();
+    const sine_cosine in_turn = sine_and_cosine(x);
+    differences += register_image(at_once.sine) != register_image(in_turn.sine) ||
+                   register_image(at_once.cosine) != register_image(in_turn.cosine) ||
+                   raised != flags();
+  }
+  processor::fsincos_agrees = agrees;
+  if (agrees)
+    EXPECT_EQ(differences, 0);
+  else
+    RecordProperty("differences", std::to_string(differences));
 }
 
 TEST(Control, SetsTheWordAndTheMxcsrOfTheThread) {
