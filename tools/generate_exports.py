@@ -251,10 +251,9 @@ def references_cpp(entries):
             head = (["void* result"] if address else []) + given
             out.append(f'ZRT_REFERENCE({result}, {reference})({", ".join(head)}) {{')
             if address:
-                arguments = ", ".join([cpp] + kinds)
-                out.append(f'  return forward_to<{arguments}>({", ".join(["result", direct] + names)});')
+                out.append(f'  return forward_to<{", ".join([cpp, direct] + kinds)}>({", ".join(["result"] + names)});')
             else:
-                out.append(f'  return forward<{", ".join(kinds)}>({", ".join([direct] + names)});')
+                out.append(f'  return forward<{", ".join([cpp, direct] + kinds)}>({", ".join(names)});')
             out.append("}")
         out.append("")
     return out

@@ -8,6 +8,7 @@
 
 namespace zrt {
 
+bool processor::has_sse2 = false;
 bool processor::has_fisttp = false;
 bool processor::has_fma = false;
 bool processor::fsincos_agrees = false;
@@ -121,6 +122,7 @@ std::int32_t notified(std::uint32_t reason) {
   constexpr std::uint32_t process_attach = 1;
   if (reason == process_attach) find_processor();
   fp_set_control(load_word);
+  processor::has_sse2 = sse_state == sse::usable;
   return 1;
 }
 

@@ -100,10 +100,12 @@ using namespace zrt::int64;
 
 ZRT_VALUE(std::int64_t, cvtdll)(real8 x) { return cvtdll(load(x)); }
 ZRT_VALUE(std::int64_t, cvtfll)(real4 x) { return cvtdll(load(x)); }
-ZRT_VALUE(real8_result, cvtlld)(integer8 a) { return returned<double>(cvtlld(a)); }
-ZRT_VALUE(real4_result, cvtllf)(integer8 a) { return returned<float>(cvtlld(a)); }
-ZRT_VALUE(real8_result, cvtulld)(unsigned8 a) { return returned<double>(cvtulld(a)); }
-ZRT_VALUE(real4_result, cvtullf)(unsigned8 a) { return returned<float>(from_unsigned<float>(a)); }
+ZRT_VALUE(real8_result, cvtlld)(integer8 a) { return returned<double>(cvtlld(joined(a))); }
+ZRT_VALUE(real4_result, cvtllf)(integer8 a) { return returned<float>(cvtlld(joined(a))); }
+ZRT_VALUE(real8_result, cvtulld)(unsigned8 a) { return returned<double>(cvtulld(joined(a))); }
+ZRT_VALUE(real4_result, cvtullf)(unsigned8 a) {
+  return returned<float>(from_unsigned<float>(joined(a)));
+}
 
 ZRT_VALUE(std::int64_t, slow_cvtdll)(real8 x) { return slow_to_integer(x); }
 ZRT_VALUE(std::int64_t, slow_cvtfll)(real4 x) { return slow_to_integer(x); }

@@ -7,11 +7,14 @@
 #include <random>
 #include <vector>
 
+#include "entries.hpp"
 #include "frame/control.hpp"
 #include "frame/sections.hpp"
 #include "frame/sine_cosine.hpp"
 #include "support/bits.hpp"
 #include "support/x87_state.hpp"
+
+extern "C" void* __zorvik_I_qint(void* result, const void* x);
 
 using namespace zrt;
 using namespace support;
@@ -161,6 +164,29 @@ TEST(Sections, ComputeTheSameSineAndCosineInBothWays) {
     EXPECT_EQ(differences, 0);
   else
     RecordProperty("differences", std::to_string(differences));
+}
+
+// Bit for bit, signalling NaNs too, into a value entry and out of a reference entry.
+TEST(Operands, ArriveTheSameInBothWays) {
+  const bool sse2 = processor::has_sse2;
+  for (const std::uint64_t bits : {0x7FF4000000000001u, 0x8000000000000001u, 0xC059000000000001u}) {
+    const auto z = std::bit_cast<cquad>(std::array{bits, ~bits, bits >> 1, bits << 1});
+    std::array<std::array<std::uint64_t, 2>, 2> results;
+    for (const bool way : {true, false}) {
+      processor::has_sse2 = way;
+      const auto bytes_of = [](const cquad& operand) {
+        std::array<unsigned char, sizeof operand> bytes;
+        std::memcpy(&bytes, &operand, sizeof operand);
+        return bytes;
+      };
+      EXPECT_EQ(bytes_of(joined(z)), bytes_of(z)) << std::hex << bits;
+      EXPECT_EQ(__zorvik_I_qint(&results[way], &z), &results[way]);
+      EXPECT_EQ(__zorvik_cvtlld(static_cast<std::int64_t>(bits)),
+                static_cast<decltype(__zorvik_cvtlld(0))>(static_cast<std::int64_t>(bits)));
+    }
+    EXPECT_EQ(results[0], results[1]) << std::hex << bits;
+  }
+  processor::has_sse2 = sse2;
 }
 
 TEST(Control, SetsTheWordAndTheMxcsrOfTheThread) {
