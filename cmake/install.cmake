@@ -15,7 +15,13 @@ set(special)
 if(ZORVIKRT_SPECIAL)
   set(special zorvikrt_special)
 endif()
-install(TARGETS zorvikrt zorvikrt_text zorvikrt_cxx ${special} EXPORT zorvikrt
+set(arrays)
+if(TARGET zorvikrt_arrays)
+  set(arrays zorvikrt_arrays)
+  install(FILES "${generated}/zorvikrt/array_entries.h"
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
+endif()
+install(TARGETS zorvikrt zorvikrt_text zorvikrt_cxx ${special} ${arrays} EXPORT zorvikrt
   RUNTIME COMPONENT runtime
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development
@@ -25,7 +31,7 @@ install(FILES "${generated}/zorvikrt/entries.h"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
 install(FILES "${fortran_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
-install(FILES docs/library.md docs/special.md docs/use.md docs/explorer.md docs/windows.md "${generated}/entries.md"
+install(FILES docs/arrays.md docs/library.md docs/special.md docs/use.md docs/explorer.md docs/windows.md "${generated}/entries.md"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libzorvikrt-dev" COMPONENT development)
 if(TARGET zorvikrt-eval)
   file(RELATIVE_PATH libraries_from_tools "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
@@ -78,8 +84,8 @@ endif()
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libzorvikrt1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS libc6)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${CMAKE_SOURCE_DIR}/cmake/triggers")
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "The shared library.")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/cmake/triggers")
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "The shared libraries.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzorvikrt-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libzorvikrt1 (= ${PROJECT_VERSION})")

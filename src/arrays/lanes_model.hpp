@@ -1,0 +1,287 @@
+#pragma once
+
+// REAL*16 arithmetic on lanes: the steps of src/quad/quad.hpp, each on ZRT_WIDTH doubles at once.
+//
+// The bits are those of the entries while every intermediate is a double with all its bits, for
+// MXCSR as `floating_point_state` sets it (to nearest, gradual underflow). That is so
+//  - of a sum, when no part of the result overflows: sums of doubles are multiples of 2**-1074;
+//  - of a product, when the parts of both factors are zero or lie in [2**-480, 2**544) and the
+//    result is finite: errors are multiples of 2**-1064, the other terms are 2**-960 or more;
+//  - of a quotient, when besides the quotient of the leading parts and its correction are zero or
+//    in that range; the remainder is then a double, exactly;
+//  - of a root, when the leading part is in that range and the low part zero or in it.
+// `doubt` gathers the lanes of which this is not known; whoever finds one runs the entries instead.
+// Infinities and NaNs end in a low part that is not finite.
+
+#include <immintrin.h>
+
+#include "arrays/scalar.hpp"
+
+namespace zrt::arrays::ZRT_LEVEL {
+namespace {
+
+inline constexpr index width = ZRT_WIDTH;
+typedef double lanes __attribute__((vector_size(8 * ZRT_WIDTH)));
+typedef unsigned long long words __attribute__((vector_size(8 * ZRT_WIDTH)));
+
+// --- Instructions of the width -----------------------------------------------------------------
+
+#if ZRT_WIDTH == 8
+ZRT_INLINE lanes all(double x) { return _mm512_set1_pd(x); }
+ZRT_INLINE lanes read(const double* p) { return _mm512_loadu_pd(p); }
+ZRT_INLINE void write(double* p, lanes x) { _mm512_storeu_pd(p, x); }
+ZRT_INLINE lanes square_root(lanes x) { return _mm512_maskz_sqrt_pd(0xFF, x); }
+ZRT_INLINE words not_finite(lanes x) {
+  return (words)_mm512_movm_epi64(_mm512_fpclass_pd_mask(x, 0x99));
+}
+ZRT_INLINE bool any_sign(words x) { return _mm512_movepi64_mask((__m512i)x) != 0; }
+ZRT_INLINE lanes heads(lanes u, lanes v) {
+  return __builtin_shufflevector(u, v, 0, 8, 2, 10, 4, 12, 6, 14);
+}
+ZRT_INLINE lanes tails(lanes u, lanes v) {
+  return __builtin_shufflevector(u, v, 1, 9, 3, 11, 5, 13, 7, 15);
+}
+/// The 128-bit pieces of even and of odd number, and back.
+ZRT_INLINE lanes evens(lanes u, lanes v) {
+  return __builtin_shufflevector(u, v, 0, 1, 4, 5, 8, 9, 12, 13);
+}
+ZRT_INLINE lanes odds(lanes u, lanes v) {
+  return __builtin_shufflevector(u, v, 2, 3, 6, 7, 10, 11, 14, 15);
+}
+ZRT_INLINE lanes zip_low(lanes u, lanes v) {
+  return __builtin_shufflevector(u, v, 0, 1, 8, 9, 2, 3, 10, 11);
+}
+ZRT_INLINE lanes zip_high(lanes u, lanes v) {
+  return __builtin_shufflevector(u, v, 4, 5, 12, 13, 6, 7, 14, 15);
+}
+#elif ZRT_WIDTH == 4
+ZRT_INLINE lanes all(double x) { return _mm256_set1_pd(x); }
+ZRT_INLINE lanes read(const double* p) { return _mm256_loadu_pd(p); }
+ZRT_INLINE void write(double* p, lanes x) { _mm256_storeu_pd(p, x); }
+ZRT_INLINE lanes square_root(lanes x) { return _mm256_sqrt_pd(x); }
+ZRT_INLINE bool any_sign(words x) { return _mm256_movemask_pd((lanes)x) != 0; }
+ZRT_INLINE lanes heads(lanes u, lanes v) { return _mm256_unpacklo_pd(u, v); }
+ZRT_INLINE lanes tails(lanes u, lanes v) { return _mm256_unpackhi_pd(u, v); }
+ZRT_INLINE lanes evens(lanes u, lanes v) { return _mm256_permute2f128_pd(u, v, 0x20); }
+ZRT_INLINE lanes odds(lanes u, lanes v) { return _mm256_permute2f128_pd(u, v, 0x31); }
+ZRT_INLINE lanes zip_low(lanes u, lanes v) { return evens(u, v); }
+ZRT_INLINE lanes zip_high(lanes u, lanes v) { return odds(u, v); }
+#else
+ZRT_INLINE lanes all(double x) { return _mm_set1_pd(x); }
+ZRT_INLINE lanes read(const double* p) { return _mm_loadu_pd(p); }
+ZRT_INLINE void write(double* p, lanes x) { _mm_storeu_pd(p, x); }
+ZRT_INLINE lanes square_root(lanes x) { return _mm_sqrt_pd(x); }
+ZRT_INLINE bool any_sign(words x) { return _mm_movemask_pd((lanes)x) != 0; }
+ZRT_INLINE lanes heads(lanes u, lanes v) { return _mm_unpacklo_pd(u, v); }
+ZRT_INLINE lanes tails(lanes u, lanes v) { return _mm_unpackhi_pd(u, v); }
+ZRT_INLINE lanes evens(lanes u, lanes) { return u; }
+ZRT_INLINE lanes odds(lanes, lanes v) { return v; }
+ZRT_INLINE lanes zip_low(lanes u, lanes) { return u; }
+ZRT_INLINE lanes zip_high(lanes, lanes v) { return v; }
+#endif
+
+ZRT_INLINE words twice_image(lanes x) { return (words)x + (words)x; }
+
+#if ZRT_WIDTH < 8
+ZRT_INLINE words not_finite(lanes x) {
+  return ~(words)((lanes)(twice_image(x) >> 1) < all(__builtin_inf()));
+}
+#endif
+
+// --- Values ------------------------------------------------------------------------------------
+// Elements lie in the order in which the unpack instructions leave them, the same everywhere.
+
+struct pairs {
+  lanes hi, lo;
+};
+struct complex_pairs {
+  pairs re, im;
+};
+
+ZRT_INLINE pairs load(const quad* p) {
+  const lanes u = read(&p->hi), v = read(&p->hi + width);
+  return {heads(u, v), tails(u, v)};
+}
+ZRT_INLINE void store(quad* p, const pairs& x) {
+  write(&p->hi, heads(x.hi, x.lo));
+  write(&p->hi + width, tails(x.hi, x.lo));
+}
+/// Hi and lo side by side, as packed blocks have them.
+ZRT_INLINE pairs read_packed(const double* p) { return {read(p), read(p + width)}; }
+ZRT_INLINE void write_packed(double* p, const pairs& x) {
+  write(p, x.hi);
+  write(p + width, x.lo);
+}
+ZRT_INLINE complex_pairs load(const cquad* p) {
+  const double* at = &p->re.hi;
+  const lanes a = read(at), b = read(at + width), c = read(at + 2 * width),
+              d = read(at + 3 * width);
+  const lanes r = evens(a, b), s = evens(c, d), i = odds(a, b), j = odds(c, d);
+  return {{heads(r, s), tails(r, s)}, {heads(i, j), tails(i, j)}};
+}
+ZRT_INLINE void store(cquad* p, const complex_pairs& x) {
+  double* at = &p->re.hi;
+  const lanes r = heads(x.re.hi, x.re.lo), s = tails(x.re.hi, x.re.lo);
+  const lanes i = heads(x.im.hi, x.im.lo), j = tails(x.im.hi, x.im.lo);
+  write(at, zip_low(r, i));
+  write(at + width, zip_high(r, i));
+  write(at + 2 * width, zip_low(s, j));
+  write(at + 3 * width, zip_high(s, j));
+}
+ZRT_INLINE pairs broadcast(const quad& x) { return {all(x.hi), all(x.lo)}; }
+ZRT_INLINE pairs negated(const pairs& x) { return {-x.hi, -x.lo}; }
+
+// --- Doubt -------------------------------------------------------------------------------------
+
+struct doubt {
+  words sign{};  // set where a lane is in doubt
+
+  /// Parts of [2**-480, 2**544): the doubled image less that of 2**-480 has its sign clear.
+  static ZRT_INLINE words out_of_range(lanes x) { return twice_image(x) - (543ULL << 53); }
+  ZRT_INLINE void in_range(lanes x) { sign |= out_of_range(x); }
+  ZRT_INLINE void zero_or_in_range(lanes x) {
+    sign |= out_of_range(x) & ~(words)(twice_image(x) == 0);
+  }
+  ZRT_INLINE void factor(const pairs& x) {
+    zero_or_in_range(x.hi);
+    zero_or_in_range(x.lo);
+  }
+  ZRT_INLINE void finite(const pairs& x) { sign |= not_finite(x.lo); }
+  ZRT_INLINE bool any() const { return any_sign(sign); }
+};
+
+// --- Arithmetic --------------------------------------------------------------------------------
+
+ZRT_INLINE pairs closing_sum(lanes s, lanes t) {
+  const lanes hi = s + t;
+  return {hi, (s - hi) + t};
+}
+
+ZRT_INLINE pairs add(const pairs& a, const pairs& b) {
+  const lanes s = a.hi + b.hi;
+  const lanes g = a.hi - s;
+  return closing_sum(s, (((b.hi + g) + (a.hi - (g + s))) + a.lo) + b.lo);
+}
+ZRT_INLINE pairs sub(const pairs& a, const pairs& b) {
+  const lanes s = a.hi - b.hi;
+  const lanes g = a.hi - s;
+  return closing_sum(s, (((g - b.hi) + (a.hi - (g + s))) + a.lo) - b.lo);
+}
+
+#ifdef ZRT_FUSED
+
+#if ZRT_WIDTH == 8
+ZRT_INLINE lanes fused(lanes a, lanes b, lanes c) { return _mm512_fmadd_pd(a, b, c); }
+#else
+ZRT_INLINE lanes fused(lanes a, lanes b, lanes c) { return _mm256_fmadd_pd(a, b, c); }
+#endif
+
+/// A factor whose leading part takes part in an exact product.
+struct cut {
+  lanes value;
+};
+ZRT_INLINE cut cut_of(lanes x) { return {x}; }
+/// a * b - p and c - a * b, exactly.
+ZRT_INLINE lanes product_error(const cut& a, const cut& b, lanes p) {
+  return fused(a.value, b.value, -p);
+}
+ZRT_INLINE lanes remainder_of(lanes c, const cut& a, const cut& b) {
+  return fused(-a.value, b.value, c);
+}
+/// A factor that many products share lies in memory as parts: hi, lo, their sum, and what the cut
+/// needs.
+inline constexpr index first_parts = 3;
+ZRT_INLINE void write_cut(double*, double) {}
+ZRT_INLINE cut read_cut(const double* parts) { return {all(parts[0])}; }
+
+#else
+
+/// Halves by Veltkamp's method: four partial products, each exact.
+struct cut {
+  lanes value, high, low;
+};
+ZRT_INLINE cut cut_of(lanes x) {
+  const lanes t = x * 0x8000001p0;
+  const lanes high = t + (x - t);
+  return {x, high, x - high};
+}
+ZRT_INLINE lanes product_error(const cut& a, const cut& b, lanes p) {
+  return (((a.high * b.high - p) + a.high * b.low) + a.low * b.high) + a.low * b.low;
+}
+ZRT_INLINE lanes remainder_of(lanes c, const cut& a, const cut& b) {
+  return (((c - a.high * b.high) - a.high * b.low) - a.low * b.high) - a.low * b.low;
+}
+inline constexpr index first_parts = 5;
+ZRT_INLINE void write_cut(double* parts, double hi) {
+  const double t = hi * 0x8000001p0;
+  parts[3] = t + (hi - t);
+  parts[4] = hi - parts[3];
+}
+ZRT_INLINE cut read_cut(const double* parts) {
+  return {all(parts[0]), all(parts[3]), all(parts[4])};
+}
+
+#endif
+
+/// The operands of a product do not commute in the low bits.
+struct first_factor {
+  cut hi;
+  lanes lo, sum;
+};
+struct second_factor {
+  cut hi;
+  lanes lo;
+};
+ZRT_INLINE first_factor as_first(const pairs& a) { return {cut_of(a.hi), a.lo, a.lo + a.hi}; }
+ZRT_INLINE second_factor as_second(const pairs& b) { return {cut_of(b.hi), b.lo}; }
+ZRT_INLINE void write_first(double* parts, const quad& a) {
+  parts[0] = a.hi;
+  parts[1] = a.lo;
+  parts[2] = a.lo + a.hi;
+  write_cut(parts, a.hi);
+}
+ZRT_INLINE first_factor read_first(const double* parts) {
+  return {read_cut(parts), all(parts[1]), all(parts[2])};
+}
+ZRT_INLINE second_factor second_of(const first_factor& a) { return {a.hi, a.lo}; }
+ZRT_INLINE quad first_value(const double* parts) { return {parts[0], parts[1]}; }
+
+ZRT_INLINE pairs mul(const first_factor& a, const second_factor& b) {
+  const lanes p = a.hi.value * b.hi.value;
+  return closing_sum(p, (a.sum * b.lo + a.lo * b.hi.value) + product_error(a.hi, b.hi, p));
+}
+ZRT_INLINE pairs mul(const pairs& a, const pairs& b) { return mul(as_first(a), as_second(b)); }
+
+ZRT_INLINE pairs div(const pairs& a, const pairs& b, doubt& check) {
+  const lanes q = a.hi / b.hi;
+  const lanes r = (remainder_of(a.hi, cut_of(q), cut_of(b.hi)) + a.lo) - q * b.lo;
+  const lanes t = r / (b.lo + b.hi);
+  check.factor(a);
+  check.in_range(b.hi);
+  check.zero_or_in_range(b.lo);
+  check.zero_or_in_range(q);
+  check.zero_or_in_range(t);
+  return closing_sum(q, t);
+}
+
+ZRT_INLINE pairs root(const pairs& a, doubt& check) {
+  const lanes s = square_root(a.hi);
+  const cut halves = cut_of(s);
+  const lanes r = (remainder_of(a.hi, halves, halves) + a.lo) * 0.5;
+  check.in_range(a.hi);
+  check.sign |= (words)a.hi;
+  check.zero_or_in_range(a.lo);
+  return closing_sum(s, r / s);
+}
+
+/// Whether every part lies where products are exact, of values that are stored one by one.
+ZRT_INLINE bool usable_factor(const quad& x) {
+  const auto usable = [](double part) {
+    const unsigned long long twice = __builtin_bit_cast(unsigned long long, part) << 1;
+    return twice == 0 || (long long)(twice - (543ULL << 53)) >= 0;
+  };
+  return usable(x.hi) & usable(x.lo);
+}
+
+}  // namespace
+}  // namespace zrt::arrays::ZRT_LEVEL

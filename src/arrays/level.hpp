@@ -1,0 +1,33 @@
+#pragma once
+
+// The table of a level, over the model that the translation unit has included before.
+
+#include "arrays/elements.hpp"
+#include "arrays/elementwise.hpp"
+#include "arrays/multiply.hpp"
+#include "arrays/solve.hpp"
+#include "arrays/sums.hpp"
+
+#define ZRT_TEXT_OF(name) #name
+#define ZRT_NAME_OF(level) ZRT_TEXT_OF(level)
+
+namespace zrt::arrays::ZRT_LEVEL {
+namespace {
+
+template <class T>
+constexpr linear_kernels<T> linear = {sum<T>, dot<T>, axpy<T>, scal<T>, multiply<T>, solve<T>};
+
+}  // namespace
+
+const kernels table = {
+    ZRT_NAME_OF(ZRT_LEVEL),
+    over_elements<sum_of, quad>,
+    over_elements<difference_of, quad>,
+    over_elements<product_of, quad>,
+    over_elements<quotient_of, quad>,
+    over_elements<root_of>,
+    linear<quad>,
+    linear<cquad>,
+};
+
+}  // namespace zrt::arrays::ZRT_LEVEL

@@ -1,0 +1,7 @@
+// Four lanes with fused operations.
+
+#define ZRT_LEVEL avx2
+#define ZRT_WIDTH 4
+#define ZRT_FUSED
+#include "arrays/lanes_model.hpp"
+#include "arrays/level.hpp"

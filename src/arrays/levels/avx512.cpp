@@ -1,0 +1,7 @@
+// Eight lanes with fused operations.
+
+#define ZRT_LEVEL avx512
+#define ZRT_WIDTH 8
+#define ZRT_FUSED
+#include "arrays/lanes_model.hpp"
+#include "arrays/level.hpp"

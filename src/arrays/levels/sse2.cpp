@@ -1,0 +1,6 @@
+// Two lanes, products by Dekker.
+
+#define ZRT_LEVEL sse2
+#define ZRT_WIDTH 2
+#include "arrays/lanes_model.hpp"
+#include "arrays/level.hpp"
