@@ -83,7 +83,7 @@ def main(arguments):
         entries, _ = exports.parse(arguments[0])
     except (exports.ListError, OSError, UnicodeDecodeError) as error:
         sys.exit(f"generate_arrays: {error}")
-    chosen = [entry for entry in entries if entry.ready and numeric(entry)]
+    chosen = [entry for entry in entries if numeric(entry)]
     output = Path(arguments[1])
     exports.write(output / "zorvikrt" / "array_entries.h", c_header(chosen))
     exports.write(output / "array_entries.cpp", routines(chosen))
