@@ -41,7 +41,7 @@
   namespace fma {               \
   __VA_ARGS__                   \
   }
-/// Calls the kernel of the model for ordinary operands.
+/// Calls a kernel by the processor. On i386 it is that of the x87.
 #define ZRT_ORDINARY_CALL(kernel, ...) \
   (processor::has_fma ? fma::kernel(__VA_ARGS__) : sse::kernel(__VA_ARGS__))
 #else
@@ -49,6 +49,7 @@
   inline namespace x87 {       \
   __VA_ARGS__                  \
   }
+#define ZRT_ORDINARY_CALL(kernel, ...) x87::kernel(__VA_ARGS__)
 #endif
 
 namespace zrt {

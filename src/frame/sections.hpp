@@ -101,6 +101,10 @@ inline reg exponential(reg x) {
   return plain::truncated_to_int32(x);
 }
 
+#if defined(__x86_64__)
+[[gnu::always_inline]] inline std::int32_t truncated_to_int32(double x) { return fisttp32(x); }
+#endif
+
 /// A whole number as an integer and as the register value of it.
 struct whole_number {
   std::int32_t integer;

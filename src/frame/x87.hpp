@@ -51,13 +51,14 @@ struct layout<double> {
 /// Loads a stored value (`fld`): exact; a signalling NaN becomes quiet and raises invalid.
 /// An instruction of its own, so that no compiler joins a store and a load into nothing or narrows
 /// an operation whose operands it knows to be narrow.
-template <format F>
-[[gnu::always_inline]] inline reg load(const F& slot) {
+[[gnu::always_inline]] inline reg load(const double& slot) {
   reg value;
-  if constexpr (std::same_as<F, double>)
-    asm("fldl %1" : "=t"(value) : "m"(slot));
-  else
-    asm("flds %1" : "=t"(value) : "m"(slot));
+  asm("fldl %1" : "=t"(value) : "m"(slot));
+  return value;
+}
+[[gnu::always_inline]] inline reg load(const float& slot) {
+  reg value;
+  asm("flds %1" : "=t"(value) : "m"(slot));
   return value;
 }
 

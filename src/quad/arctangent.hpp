@@ -1,12 +1,12 @@
 #pragma once
 
-// The angle of a point in REAL*16 as a kernel, for the rooms above.
+// The REAL*16 arctangent and the angle of a point as kernels, for the rooms above.
 
 #include "frame/entry.hpp"
+#include "frame/model.hpp"
 
 namespace zrt::quads {
-
-/// The angle of the point (x, y).
-quad angle(const quad& y, const quad& x);
-
-}  // namespace zrt::quads
+ZRT_IN_EACH_MODEL(quad arctangent(const quad& x);
+                  /// The angle of the point (x, y).
+                  quad angle(const quad& y, const quad& x);)
+}

@@ -1,10 +1,27 @@
 // Double-double arithmetic as compiled code calls it.
 
 #include "entries.hpp"
-#include "quad/quad.hpp"
+#include "quad/by_processor.hpp"
 
 namespace zrt::quads {
 namespace {
+
+using steps = at_entry;
+
+/// A REAL*8 operand as a value of the entry's steps.
+[[gnu::always_inline]] inline steps::value value(const real8& d) {
+  return load<steps::value>(static_cast<const double&>(d));
+}
+
+/// The order of two operands by the leading part of their difference.
+template <class Order>
+[[gnu::always_inline]] inline std::int32_t ordered(const quad& a, const quad& b, Order order) {
+#if defined(__x86_64__)
+  const quad difference = steps::steps::sub(a, b);
+  if (steps::is_sum(difference, a.hi, a.lo, b.hi, b.lo)) return order(difference.hi);
+#endif
+  return order(stored_arithmetic::leading(stored_arithmetic::sub(a, b)));
+}
 
 /// Condition bits of the x87 status word after a comparison.
 constexpr std::int32_t below = 0x0100, equal = 0x4000, unordered = 0x4500;
@@ -12,13 +29,19 @@ constexpr std::int32_t below = 0x0100, equal = 0x4000, unordered = 0x4500;
 /// The condition bits that a comparison of a with b would leave. An infinite leading part counts as
 /// unordered, like a NaN.
 std::int32_t condition_bits(const quad& a, const quad& b) {
-  const reg difference = leading(sub(a, b));
-  constexpr int all_ones = layout<double>::exponent_mask;
-  if (biased_exponent<double>(image(a.hi)) == all_ones ||
-      biased_exponent<double>(image(b.hi)) == all_ones)
-    return unordered;
-  if (!greater_equal(difference, 0.0L)) return below;
-  return difference == 0.0L ? equal : 0;
+  return ordered(a, b, [&](auto difference) -> std::int32_t {
+    if (exponent_of(a.hi) == 1024 || exponent_of(b.hi) == 1024) return unordered;
+    if (!greater_equal(difference, 0.0)) return below;
+    return difference == 0.0 ? equal : 0;
+  });
+}
+
+/// 1, 0 or -1. A NaN counts as equal, and an infinite operand gives one.
+std::int32_t order(const quad& a, const quad& b) {
+  return ordered(a, b, [](auto difference) -> std::int32_t {
+    if (greater(difference, 0.0)) return 1;
+    return compares_equal(difference, 0.0) ? 0 : -1;
+  });
 }
 
 }  // namespace
@@ -27,60 +50,39 @@ std::int32_t condition_bits(const quad& a, const quad& b) {
 using namespace zrt;
 using namespace zrt::quads;
 
-ZRT_VALUE(quad*, qadd)(quad* result, quad a, quad b) {
-  *result = add(a, b);
-  return result;
-}
+ZRT_VALUE(quad*, qadd)(quad* result, quad a, quad b) { return put(result, steps::add(a, b)); }
 ZRT_VALUE(quad*, qaddd)(quad* result, quad a, real8 d) {
-  *result = add(a, load(d));
-  return result;
+  return put(result, steps::add(a, value(d)));
 }
-ZRT_VALUE(quad*, qsub)(quad* result, quad a, quad b) {
-  *result = sub(a, b);
-  return result;
-}
+ZRT_VALUE(quad*, qsub)(quad* result, quad a, quad b) { return put(result, steps::sub(a, b)); }
 ZRT_VALUE(quad*, qsubd)(quad* result, quad a, real8 d) {
-  *result = sub(a, load(d));
-  return result;
+  return put(result, steps::sub(a, value(d)));
 }
 ZRT_VALUE(quad*, dsubq)(quad* result, real8 d, quad b) {
-  *result = sub(load(d), b);
-  return result;
+  return put(result, steps::sub(value(d), b));
 }
-ZRT_VALUE(quad*, qmul)(quad* result, quad a, quad b) {
-  *result = mul(a, b);
-  return result;
-}
+ZRT_VALUE(quad*, qmul)(quad* result, quad a, quad b) { return by_processor::mul(result, a, b); }
 ZRT_VALUE(quad*, qmuld)(quad* result, quad a, real8 d) {
-  *result = mul(a, load(d));
-  return result;
+  return by_processor::mul(result, a, value(d));
 }
 ZRT_VALUE(quad*, qmuli)(quad* result, quad a, std::int32_t k) {
   if (k == 1) return as_it_came(result, a);
   if (k == -1) return sign_flipped(result, a);
-  *result = mul_integer(a, k);
-  return result;
+  return put(result, steps::mul_integer(a, k));
 }
-ZRT_VALUE(quad*, qdiv)(quad* result, quad a, quad b) {
-  *result = div(a, b);
-  return result;
-}
+ZRT_VALUE(quad*, qdiv)(quad* result, quad a, quad b) { return by_processor::div(result, a, b); }
 ZRT_VALUE(quad*, qdivd)(quad* result, quad a, real8 d) {
-  *result = div(a, load(d));
-  return result;
+  return by_processor::div(result, a, value(d));
 }
 ZRT_VALUE(quad*, ddivq)(quad* result, real8 d, quad b) {
-  *result = div(load(d), b);
-  return result;
+  return by_processor::div(result, value(d), b);
 }
 ZRT_VALUE(quad*, qprod)(quad* result, real8 a, real8 b) {
-  *result = product(load(a), load(b));
-  return result;
+  return by_processor::product(result, value(a), value(b));
 }
 ZRT_VALUE(quad*, qneg)(quad* result, quad a) { return sign_flipped(result, a); }
 ZRT_VALUE(std::int32_t, qcmp)(quad a, quad b) { return condition_bits(a, b); }
-ZRT_VALUE(std::int32_t, qcompare)(quad a, quad b) { return compare(a, b); }
+ZRT_VALUE(std::int32_t, qcompare)(quad a, quad b) { return order(a, b); }
 ZRT_VALUE(quad*, ldexpl)(quad* result, quad q, std::int32_t n) {
-  *result = scaled(q, n);
-  return result;
+  return put(result, steps::scaled(q, n));
 }

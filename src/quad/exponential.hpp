@@ -3,9 +3,8 @@
 // The REAL*16 exponential as a kernel, for the rooms above.
 
 #include "frame/entry.hpp"
+#include "frame/model.hpp"
 
 namespace zrt::quads {
-
-quad exponential(const quad& x);
-
-}  // namespace zrt::quads
+ZRT_IN_EACH_MODEL(quad exponential(const quad& x);)
+}

@@ -1,18 +1,19 @@
 #pragma once
 
-// The REAL*16 hyperbolic sine and cosine as kernels, for the rooms above.
+// The REAL*16 hyperbolic functions as kernels, for the rooms above.
 
 #include "frame/entry.hpp"
+#include "frame/model.hpp"
 
 namespace zrt::quads {
 
-quad hyperbolic_sine(const quad& x);
-quad hyperbolic_cosine(const quad& x);
-/// Both by one exponential.
 struct hyperbolic_sine_and_cosine {
   quad sine, cosine;
-
-  explicit hyperbolic_sine_and_cosine(const quad& x);
 };
+
+ZRT_IN_EACH_MODEL(quad hyperbolic_sine(const quad& x); quad hyperbolic_cosine(const quad& x);
+                  quad hyperbolic_tangent(const quad& x);
+                  /// Both by one exponential.
+                  hyperbolic_sine_and_cosine both_hyperbolic(const quad& x);)
 
 }  // namespace zrt::quads

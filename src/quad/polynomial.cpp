@@ -1,20 +1,17 @@
 // Polynomial evaluation and argument reduction as compiled code calls them.
 
-#include "quad/polynomial.hpp"
-
 #include "entries.hpp"
+#include "quad/polynomial_kernel.hpp"
 
 using namespace zrt;
 using namespace zrt::quads;
 
 ZRT_VALUE(quad*, polyN)(quad* result, quad x, const quad* c, std::int32_t n) {
   if (n <= 0) return as_it_came(result, c[0]);
-  *result = polynomial(x, c, n);
-  return result;
+  return put(result, ZRT_ORDINARY_CALL(evaluated, x, c, n));
 }
 ZRT_VALUE(quad*, polyD)(quad* result, quad x, const quad* c, std::int32_t n) {
-  *result = monic_polynomial(x, c, n);
-  return result;
+  return put(result, ZRT_ORDINARY_CALL(evaluated_monic, x, c, n));
 }
 // A zero or NaN modulus gives the library's NaN and leaves the quotient as it was; a quotient
 // beyond 32 bits gives 0x80000000. Whole already, it is the same in every rounding mode.

@@ -2,22 +2,25 @@
 
 // Polynomials with REAL*16 coefficients, and the reduction of an argument.
 
-#include "quad/quad.hpp"
+#include "quad/guards.hpp"
 #include "real/rounding.hpp"
 
 namespace zrt::quads {
+inline namespace ZRT_MODEL {
 
 /// c[0] x**n + ... + c[n] by Horner's rule, every step a normalised quad.
+template <class A = general>
 [[gnu::always_inline]] inline quad polynomial(const quad& x, const quad* c, std::int32_t n) {
   quad r = c[0];
-  for (std::int32_t i = 1; i <= n; ++i) r = add(mul(r, x), c[i]);
+  for (std::int32_t i = 1; i <= n; ++i) r = A::add(A::mul(r, x), c[i]);
   return r;
 }
 
 /// x**n + c[0] x**(n-1) + ... + c[n-1]: the leading coefficient 1 is stored nowhere.
+template <class A = general>
 [[gnu::always_inline]] inline quad monic_polynomial(const quad& x, const quad* c, std::int32_t n) {
-  quad r = add(x, c[0]);
-  for (std::int32_t i = 1; i < n; ++i) r = add(mul(r, x), c[i]);
+  quad r = A::add(x, c[0]);
+  for (std::int32_t i = 1; i < n; ++i) r = A::add(A::mul(r, x), c[i]);
   return r;
 }
 
@@ -34,34 +37,34 @@ constexpr bool exceeds_sums(const quad (&c)[n], int close_rows, double bound, bo
   return true;
 }
 
-/// A numerator over a monic denominator, tables highest power first. In registers the two run side
-/// by side on one cut of x, and the last `close_rows` coefficients of each need not exceed what is
+/// A numerator over a monic denominator, tables highest power first. Directly the two run side by
+/// side on one cut of x, and the last `close_rows` coefficients of each need not exceed what is
 /// added to them.
-template <class Result, int close_rows = 0, int n, int m>
-[[gnu::always_inline]] inline quad rational(const quad& x, const quad (&numerator)[n],
+template <class A, int close_rows = 0, int n, int m>
+[[gnu::always_inline]] inline auto rational(const auto& x, const quad (&numerator)[n],
                                             const quad (&denominator)[m]) {
-  if constexpr (std::same_as<Result, by_store>) {
-    return div(polynomial(x, numerator, n - 1), monic_polynomial(x, denominator, m));
+  if constexpr (!A::is_direct) {
+    return A::div(polynomial<A>(x, numerator, n - 1), monic_polynomial<A>(x, denominator, m));
   } else {
-    const factor f = as_factor(x);
-    quad top = numerator[0], bottom = add_to_larger(x, denominator[0]);
+    const auto f = A::as_factor(x);
+    typename A::number top = numerator[0], bottom = A::add_to_larger(x, denominator[0]);
     int i = 1;
-    for (; i < n - m + 1; ++i) top = add_to_larger(mul(top, f), numerator[i]);
+    for (; i < n - m + 1; ++i) top = A::add_to_larger(A::mul(top, f), numerator[i]);
     for (; i < n - close_rows; ++i) {
-      top = add_to_larger(mul(top, f), numerator[i]);
-      bottom = add_to_larger(mul(bottom, f), denominator[i - n + m]);
+      top = A::add_to_larger(A::mul(top, f), numerator[i]);
+      bottom = A::add_to_larger(A::mul(bottom, f), denominator[i - n + m]);
     }
     for (; i < n; ++i) {
-      top = add<in_register>(mul(top, f), numerator[i]);
-      bottom = add<in_register>(mul(bottom, f), denominator[i - n + m]);
+      top = A::add(A::mul(top, f), numerator[i]);
+      bottom = A::add(A::mul(bottom, f), denominator[i - n + m]);
     }
-    return div<in_register>(top, bottom);
+    return A::div(top, bottom);
   }
 }
 
 /// An argument less a whole multiple of a modulus.
 struct reduction {
-  reg quotient;  // the whole number nearest x / y, ties away from zero
+  ordinary quotient;  // the whole number nearest x / y, ties away from zero
   quad remainder;
 };
 
@@ -70,15 +73,23 @@ struct reduction {
 /// its units the remainder leaves [-|y|, |y|] and is taken for zero. Infinities and NaNs in x give
 /// NaNs.
 inline reduction reduce(const quad& x, const quad& y) {
-  const reg t = leading(div(x, y));
-  const double rounded = static_cast<double>(less(t, 0.0L) ? t - 0.5L : t + 0.5L);
-  const reg n = real::integral_part(rounded);
-  const quad above = sub(widened(load(x.hi)), product(n, load(y.hi)));
-  const quad below = add(widened(load(x.lo)), above);
-  const quad r = sub(below, product(n, load(y.lo)));
-  if (greater_equal(fabs(load(r.hi)), fabs(load(y.hi))) && compare(magnitude(r), magnitude(y)) > 0)
+  using A = general;
+  using V = A::value;
+  const V t = A::leading(A::div(x, y));
+  const double rounded = static_cast<double>(less(t, 0.0) ? t - 0.5 : t + 0.5);
+  V n;
+  if constexpr (on_doubles)
+    n = static_cast<double>(static_cast<std::int64_t>(rounded));  // the quotient is below 2**63
+  else
+    n = real::integral_part(rounded);
+  const quad above = A::sub(widened(A::operand(x.hi)), A::product(n, A::operand(y.hi)));
+  const quad below = A::add(widened(A::operand(x.lo)), above);
+  const quad r = A::sub(below, A::product(n, A::operand(y.lo)));
+  if (greater_equal(fabs(A::operand(r.hi)), fabs(A::operand(y.hi))) &&
+      compare(A::magnitude(r), A::magnitude(y)) > 0)
     return {n, zero};
   return {n, r};
 }
 
+}  // namespace ZRT_MODEL
 }  // namespace zrt::quads
