@@ -19,8 +19,11 @@ template <class Order>
 #if defined(__x86_64__)
   const quad difference = steps::steps::sub(a, b);
   if (steps::is_sum(difference, a.hi, a.lo, b.hi, b.lo)) return order(difference.hi);
+  const quad rare_difference = rare::sub(a, b);
+  return order(load(rare_difference.hi));
+#else
+  return order(steps::leading(steps::sub(a, b)));
 #endif
-  return order(stored_arithmetic::leading(stored_arithmetic::sub(a, b)));
 }
 
 /// Condition bits of the x87 status word after a comparison.

@@ -1,11 +1,11 @@
-// Double-double arithmetic against exact integers, and its two ways, by stores and in registers,
-// against each other.
+// Double-double arithmetic against exact integers, and its ways against each other: by stores,
+// directly, and guarded on doubles.
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "quad/quad.hpp"
+#include "quad/guards.hpp"
 #include "support/quad_results.hpp"
 #include "support/x87_state.hpp"
 
@@ -74,15 +74,54 @@ wide in_units(const quad& q, int exponent) {
   return sum(in_units(q.hi, exponent), in_units(q.lo, exponent));
 }
 
-template <class F>
-void expect_same_ways(const char* name, F both, int low, int high) {
-  std::mt19937_64 random(31);
-  for (int i = 0; i < operands; ++i) {
-    const quad a = any_quad(random, low, high), b = any_quad(random, low, high);
-    const auto [stores, registers] = both(a, b);
-    ASSERT_EQ(image_of_quad(stores), image_of_quad(registers))
-        << name << ' ' << image_of_quad(a) << ' ' << image_of_quad(b);
-  }
+/// The operations that every way has.
+template <class A>
+struct operation {
+  const char* name;
+  quad (*run)(const quad&, const quad&);
+};
+template <class A>
+const std::vector<operation<A>>& operations() {
+  using V = typename A::value;
+  static const std::vector<operation<A>> all = {
+      {"add", [](const quad& a, const quad& b) { return A::add(a, b); }},
+      {"add a double", [](const quad& a, const quad& b) { return A::add(a, V{b.hi}); }},
+      {"sub", [](const quad& a, const quad& b) { return A::sub(a, b); }},
+      {"sub a double", [](const quad& a, const quad& b) { return A::sub(a, V{b.hi}); }},
+      {"sub from a double", [](const quad& a, const quad& b) { return A::sub(V{a.hi}, b); }},
+      {"product", [](const quad& a, const quad& b) { return A::product(V{a.hi}, V{b.hi}); }},
+      {"mul", [](const quad& a, const quad& b) { return A::mul(a, b); }},
+      {"mul by a double", [](const quad& a, const quad& b) { return A::mul(a, V{b.hi}); }},
+      {"div", [](const quad& a, const quad& b) { return A::div(a, b); }},
+      {"div by a double", [](const quad& a, const quad& b) { return A::div(a, V{b.hi}); }},
+      {"div of a double", [](const quad& a, const quad& b) { return A::div(V{a.hi}, b); }},
+      {"short factor",
+       [](const quad& a, const quad& b) { return A::mul_by_short(a, V{float(b.hi)}); }},
+      {"short divisor",
+       [](const quad& a, const quad& b) { return A::div_by_short(a, V{float(b.hi)}); }},
+      {"integer",
+       [](const quad& a, const quad& b) {
+         return A::mul_integer(a, static_cast<std::int32_t>(bits(b.lo) % 2200) - 1100);
+       }},
+      {"root",
+       [](const quad& a, const quad&) {
+         return A::square_root(a.hi < 0 ? A::neg(a) : a.hi == 0 ? one : a);
+       }},
+  };
+  return all;
+}
+
+/// Holds one way against the steps by stores.
+template <class A, class Draw>
+void expect_same(int count, Draw draw) {
+  const auto& expected = operations<stored_arithmetic>();
+  const auto& all = operations<A>();
+  for (std::size_t k = 0; k < all.size(); ++k)
+    for (int i = 0; i < count; ++i) {
+      const auto [a, b] = draw();
+      ASSERT_EQ(image_of_quad(all[k].run(a, b)), image_of_quad(expected[k].run(a, b)))
+          << all[k].name << ' ' << image_of_quad(a) << ' ' << image_of_quad(b);
+    }
 }
 
 }  // namespace
@@ -92,7 +131,7 @@ TEST(QuadProduct, IsExact) {
   for (int i = 0; i < operands; ++i) {
     const double a = any_double(random, -400, 400), b = any_double(random, -400, 400);
     const scaled_integer x = taken_apart(a), y = taken_apart(b);
-    ASSERT_EQ(in_units(product(a, b), x.exponent + y.exponent),
+    ASSERT_EQ(in_units(stored_arithmetic::product(a, b), x.exponent + y.exponent),
               product_of(x.significand, y.significand))
         << a << ' ' << b;
   }
@@ -102,114 +141,52 @@ TEST(QuadProduct, NeedsNoScalingAtTheEndsOfTheRange) {
   std::mt19937_64 random(2);
   for (int i = 0; i < operands; ++i) {
     const double a = any_double(random, 960, 1023), b = any_double(random, -1000, 0);
-    const quad straight = product(a, b);
-    const quad by_scale = scaled(product(scaled({a, 0}, -64).hi, b), 64);
+    const quad straight = stored_arithmetic::product(a, b);
+    const quad by_scale = stored_arithmetic::scaled(
+        stored_arithmetic::product(stored_arithmetic::scaled({a, 0}, -64).hi, b), 64);
     ASSERT_EQ(image_of_quad(straight), image_of_quad(by_scale)) << a << ' ' << b;
-    const quad swapped = product(b, a);
+    const quad swapped = stored_arithmetic::product(b, a);
     ASSERT_EQ(image_of_quad(swapped),
-              image_of_quad(scaled(product(b, scaled({a, 0}, -64).hi), 64)));
+              image_of_quad(stored_arithmetic::scaled(
+                  stored_arithmetic::product(b, stored_arithmetic::scaled({a, 0}, -64).hi), 64)));
   }
 }
 
 TEST(QuadProduct, IsTheSameFromFourPartialProducts) {
+  using direct = direct_arithmetic<reg>;
   std::mt19937_64 random(3);
   for (int i = 0; i < operands; ++i) {
     const double a = any_double(random, -300, 300), b = any_double(random, -300, 300);
     const reg p = reg{a} * reg{b};
-    const double all = static_cast<double>(product_error(a, b, p));
-    ASSERT_EQ(bits(all),
-              bits(static_cast<double>(product_error(cut<27>(a), as_factor({b, 0}), p))));
-    ASSERT_EQ(bits(all),
-              bits(static_cast<double>(product_error(cut<27>(a), constant_factor({b, 0}), p))));
+    const double all = static_cast<double>(stored_arithmetic::product_error(a, b, p));
+    for (const direct::factor& f : {direct::as_factor({b, 0}), direct::constant_factor({b, 0})})
+      ASSERT_EQ(bits(all), bits(static_cast<double>(direct::product_error(a, f, p))));
   }
 }
 
 TEST(QuadWays, GiveTheSameBits) {
-  using pair = std::pair<quad, quad>;
-  expect_same_ways(
-      "add",
-      [](const quad& a, const quad& b) {
-        return pair{add(a, b), add<in_register>(a, b)};
-      },
-      -5, 5);
-  expect_same_ways(
-      "sub",
-      [](const quad& a, const quad& b) {
-        return pair{sub(a, b), sub<in_register>(a, b)};
-      },
-      -5, 5);
-  expect_same_ways(
-      "add_to_larger",
-      [](const quad& a, const quad& b) {
-        const bool ordered = std::abs(a.hi) <= std::abs(b.hi);
-        const quad &small = ordered ? a : b, &large = ordered ? b : a;
-        return pair{add(small, large), add_to_larger(small, large)};
-      },
-      -5, 5);
-  expect_same_ways(
-      "mul",
-      [](const quad& a, const quad& b) {
-        return pair{mul(a, b), mul<in_register>(a, b)};
-      },
-      -399, 399);
-  expect_same_ways(
-      "div",
-      [](const quad& a, const quad& b) {
-        return pair{div(a, b), div<in_register>(a, b)};
-      },
-      -399, 399);
-  expect_same_ways(
-      "div by a double",
-      [](const quad& a, const quad& b) {
-        return pair{div(a, b.hi), div<in_register>(a, b.hi)};
-      },
-      -399, 399);
-  expect_same_ways(
-      "div of a double",
-      [](const quad& a, const quad& b) {
-        return pair{div(reg{a.hi}, b), div<in_register>(reg{a.hi}, b)};
-      },
-      -399, 399);
-  expect_same_ways(
-      "div by a constant",
-      [](const quad& a, const quad& b) {
-        return pair{div(a, b), div(a, constant_factor(b))};
-      },
-      -399, 399);
-  expect_same_ways(
-      "short factors",
-      [](const quad& a, const quad& b) {
-        const reg d = static_cast<float>(b.hi);
-        return pair{mul(a, d), mul_by_short<in_register>(a, d)};
-      },
-      -100, 100);
-  expect_same_ways(
-      "short divisors",
-      [](const quad& a, const quad& b) {
-        const reg d = static_cast<float>(b.hi);
-        return pair{div(a, d), div_by_short<in_register>(a, d)};
-      },
-      -100, 100);
-  expect_same_ways(
-      "integers",
-      [](const quad& a, const quad& b) {
-        const auto k = static_cast<std::int32_t>(bits(b.lo) % 2200) - 1100;
-        return pair{mul_integer(a, k), mul_integer<in_register>(a, k)};
-      },
-      -100, 100);
+  std::mt19937_64 random(31);
+  expect_same<direct_arithmetic<reg>>(operands, [&] {
+    const int range = random() % 2 ? 5 : 100;
+    return std::pair{any_quad(random, -range, range), any_quad(random, -range, range)};
+  });
+  using A = direct_arithmetic<reg>;
+  for (int i = 0; i < operands; ++i) {
+    quad small = any_quad(random, -5, 5), large = any_quad(random, -5, 5);
+    if (std::abs(small.hi) > std::abs(large.hi)) std::swap(small, large);
+    ASSERT_EQ(image_of_quad(A::add_to_larger(small, large)),
+              image_of_quad(stored_arithmetic::add(small, large)));
+  }
 }
 
 // Zero operands and an exact cancellation: the sign of every zero.
 TEST(QuadWays, GiveTheSameZeros) {
+  std::vector<std::pair<quad, quad>> pairs;
   for (const double x : {0.0, -0.0, 1.0, -1.0, 3.0})
-    for (const double y : {0.0, -0.0, 1.0, -1.0, 0x1.00000001p0}) {
-      const quad a{x, 0.0}, b{y, -0.0};
-      EXPECT_EQ(image_of_quad(mul(a, b)), image_of_quad(mul<in_register>(a, b))) << x << ' ' << y;
-      EXPECT_EQ(image_of_quad(add(a, b)), image_of_quad(add<in_register>(a, b))) << x << ' ' << y;
-      EXPECT_EQ(image_of_quad(sub(a, b)), image_of_quad(sub<in_register>(a, b))) << x << ' ' << y;
-      if (y == 0) continue;
-      EXPECT_EQ(image_of_quad(div(a, b)), image_of_quad(div<in_register>(a, b))) << x << ' ' << y;
-    }
+    for (const double y : {1.0, -1.0, 0x1.00000001p0}) pairs.push_back({{x, 0.0}, {y, -0.0}});
+  std::size_t next = 0;
+  expect_same<direct_arithmetic<reg>>(static_cast<int>(pairs.size()),
+                                      [&] { return pairs[next++ % pairs.size()]; });
 }
 
 TEST(QuadScaling, RoundsOnceAtTheStore) {
@@ -219,13 +196,15 @@ TEST(QuadScaling, RoundsOnceAtTheStore) {
     const double x = any_double(random, -1022, 1023);
     const int n = static_cast<int>(random() % 4400) - 2200;
     const long double exact = __builtin_ldexpl(static_cast<long double>(x), n);
-    ASSERT_EQ(bits(scaled({x, 0}, n).hi), bits(static_cast<double>(exact))) << x << ' ' << n;
+    ASSERT_EQ(bits(stored_arithmetic::scaled({x, 0}, n).hi), bits(static_cast<double>(exact)))
+        << x << ' ' << n;
   }
   for (const int n : {2241, 100000, INT32_MAX}) {
-    EXPECT_QUAD(scaled({0x1p-1074, -0x1p-1074}, n), {__builtin_inf(), -__builtin_inf()});
-    EXPECT_QUAD(scaled({0x1.8p1023, -0.0}, -n), {0.0, -0.0});
+    EXPECT_QUAD(stored_arithmetic::scaled({0x1p-1074, -0x1p-1074}, n),
+                {__builtin_inf(), -__builtin_inf()});
+    EXPECT_QUAD(stored_arithmetic::scaled({0x1.8p1023, -0.0}, -n), {0.0, -0.0});
   }
-  EXPECT_QUAD(scaled({0x1.8p1023, -0x1.8p1023}, INT32_MIN), {0.0, -0.0});
+  EXPECT_QUAD(stored_arithmetic::scaled({0x1.8p1023, -0x1.8p1023}, INT32_MIN), {0.0, -0.0});
 }
 
 namespace logarithm_tables {
