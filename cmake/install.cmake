@@ -4,13 +4,6 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# C++ programs: the headers and both libraries.
-add_library(zorvikrt_cxx INTERFACE)
-add_library(zorvikrt::cxx ALIAS zorvikrt_cxx)
-target_link_libraries(zorvikrt_cxx INTERFACE zorvikrt_text)
-target_compile_features(zorvikrt_cxx INTERFACE cxx_std_17)
-set_target_properties(zorvikrt_cxx PROPERTIES EXPORT_NAME cxx)
-
 set(special)
 if(ZORVIKRT_SPECIAL)
   set(special zorvikrt_special)
@@ -33,7 +26,7 @@ install(FILES "${fortran_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
 install(FILES docs/arrays.md docs/library.md docs/special.md docs/use.md docs/explorer.md docs/windows.md "${generated}/entries.md"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libzorvikrt-dev" COMPONENT development)
-if(TARGET zorvikrt-eval)
+if(ZORVIKRT_TOOLS)
   file(RELATIVE_PATH libraries_from_tools "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
   set_target_properties(zorvikrt-eval PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_tools}")
   install(TARGETS zorvikrt-eval RUNTIME COMPONENT tools)
@@ -59,7 +52,7 @@ install(FILES "${generated}/zorvikrt.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
 
 # --- Packages ----------------------------------------------------------------------------------
-if(WIN32)
+if(WIN32 OR NOT PROJECT_IS_TOP_LEVEL)
   return()
 endif()
 set(CPACK_GENERATOR DEB)
@@ -70,7 +63,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "intrinsic functions of a Fortran compiler
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime development)
-if(TARGET zorvikrt-eval)
+if(ZORVIKRT_TOOLS)
   list(APPEND CPACK_COMPONENTS_ALL tools)
 endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)

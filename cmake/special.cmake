@@ -1,6 +1,7 @@
 # The archive zorvikrt_special, where the headers of Boost.Math are. ZORVIKRT_SPECIAL tells later files.
 
-option(ZORVIKRT_SPECIAL "Build the special functions, which need the headers of Boost.Math" ON)
+option(ZORVIKRT_SPECIAL "Build the special functions, which need the headers of Boost.Math"
+       ${PROJECT_IS_TOP_LEVEL})
 if(NOT ZORVIKRT_SPECIAL)
   return()
 endif()

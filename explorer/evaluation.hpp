@@ -39,6 +39,7 @@ class evaluation {
   /// A value with its name: the result, or an operand that the call has written.
   struct shown_value {
     std::string name, decimal, bits;
+    char code = 0;  // of a number
   };
   std::vector<std::string> words;    // as they were given
   std::vector<shown_value> results;  // the result first, if there is one

@@ -25,5 +25,5 @@ quietly() {
   "$@" >"$log" 2>&1 || { cat "$log" >&2; echo "demo: '$*' failed" >&2; exit 1; }
 }
 [ -f $build/build.ninja ] || quietly cmake --preset linux-i386 -B $build -DZORVIKRT_TESTS=OFF -DZORVIKRT_BENCHMARKS=OFF
-quietly cmake --build $build
+quietly cmake --build $build --target planets
 $build/examples/planets examples/planets.dat "$date" $build/planets.svg

@@ -18,13 +18,13 @@ SYSTEM_DLLS = {"KERNEL32.dll", "msvcrt.dll"}
 
 def main(list_path, dll, objdump):
     entries, _ = parse(list_path)
-    ready = set(symbols([e for e in entries if e.ready]))
+    listed = set(symbols(entries))
     dump = subprocess.run([objdump, "-p", dll], check=True, capture_output=True, text=True).stdout
 
     table = dump.partition("[Ordinal/Name Pointer] Table")[2].partition("\n\n")[0]
     exported = re.findall(r"^\s*\[\s*\d+\]\s+(?:\+base\[\s*\d+\]\s+)?(?:[0-9a-f]{4,8} )?(\S+)$", table, re.M)
-    faults = [f"not exported: {name}" for name in sorted(ready - set(exported))]
-    faults += [f"exported, but not in the list: {name}" for name in sorted(set(exported) - ready)]
+    faults = [f"not exported: {name}" for name in sorted(listed - set(exported))]
+    faults += [f"exported, but not in the list: {name}" for name in sorted(set(exported) - listed)]
     addresses = re.search(r"Export Address Table \t*\s*([0-9a-f]{8})", dump)
     if addresses is None or int(addresses[1], 16) != len(exported):
         faults.append("there are exports without a name")
@@ -49,7 +49,7 @@ def main(list_path, dll, objdump):
     for fault in faults:
         print(fault)
     total = len(symbols(entries))
-    print(f"{len(exported)} of {total} names exported, {total - len(ready)} still missing;"
+    print(f"{len(exported)} of {total} names exported, {total - len(listed)} still missing;"
           f" imports: {', '.join(sorted(imported)) or 'none'}")
     return 1 if faults else 0
 

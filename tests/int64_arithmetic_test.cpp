@@ -84,17 +84,3 @@ TEST(Int64Arithmetic, DividesNextToMultiples) {
       expect_all(wrapped(a), wrapped(b));
   }
 }
-
-TEST(Int64Arithmetic, HasItsStatedValues) {
-  EXPECT_EQ(__zorvik_ldiv(INT64_MIN, -1), INT64_MIN);
-  EXPECT_EQ(__zorvik_lmod(INT64_MIN, -1), 0);
-  EXPECT_EQ(__zorvik_ldiv(INT32_MIN, -1), 2147483648);
-  EXPECT_EQ(__zorvik_ldiv(-7, 2), -3);
-  EXPECT_EQ(__zorvik_lmod(-7, 2), -1);
-  EXPECT_EQ(__zorvik_ldiv(0, 0), by_zero);
-  EXPECT_EQ(__zorvik_slow_lmod(INT64_MIN, 0), by_zero);
-  EXPECT_EQ(__zorvik_uldiv(INT64_MAX, 0), raw(by_zero));
-  EXPECT_EQ(__zorvik_ulmod(raw(INT64_MIN), 0), unsigned_by_zero);
-  EXPECT_EQ(__zorvik_slow_uldiv(1, 0), unsigned_by_zero);
-  EXPECT_EQ(__zorvik_slow_ldiv(1, 0), by_zero);
-}

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <random>
 
 #include "entries.hpp"
@@ -12,12 +11,6 @@
 using namespace support;
 
 namespace {
-
-constexpr double inf = std::numeric_limits<double>::infinity();
-
-double nan_of(bool negative) {
-  return from_bits(std::uint64_t{negative} << 63 | 0x7FF8000000000001u);
-}
 
 /// A REAL*8 around the range: any sign, an exponent from 2**-3 to 2**66, some low bits clear.
 double around_the_range(std::mt19937_64& random) {
@@ -56,30 +49,9 @@ TEST(ToInteger8, CutsAndSaturates) {
     ASSERT_EQ(__zorvik_cvtfll(y), cut(y)) << y;
     ASSERT_EQ(__zorvik_slow_cvtfll(y), cut(y)) << y;
   }
-  for (const double edge : {0x1p63, -0x1p63, 0x1.fffffffffffffp62, -0x1.0000000000001p63, 0x1p-1074,
-                            -0.0, inf, -inf, 1e300, -0x1.fffffffffffffp-1}) {
-    EXPECT_EQ(__zorvik_cvtdll(edge), cut(edge)) << edge;
-    EXPECT_EQ(__zorvik_slow_cvtdll(edge), cut(edge)) << edge;
-  }
 }
 
-TEST(ToInteger8, TellsTheLayersApartByANan) {
-  for (const bool negative : {false, true}) {
-    const double x = nan_of(negative);
-    const float y = from_bits(std::uint32_t{negative} << 31 | 0x7FC00001u);
-    EXPECT_EQ(__zorvik_cvtdll(x), INT64_MAX);
-    EXPECT_EQ(__zorvik_cvtfll(y), INT64_MAX);
-    EXPECT_EQ(__zorvik_kidnnt(x), INT64_MAX);
-    EXPECT_EQ(__zorvik_slow_cvtdll(x), negative ? INT64_MIN : INT64_MAX);
-    EXPECT_EQ(__zorvik_slow_cvtfll(y), negative ? INT64_MIN : INT64_MAX);
-  }
-}
-
-TEST(ToInteger8, RaisesInexactAloneAndKeepsTheControlWord) {
-  EXPECT_EQ(flags_of([] { (void)__zorvik_cvtdll(1.5); }), PE + 0u);
-  EXPECT_EQ(flags_of([] { (void)__zorvik_cvtdll(0x1p62); }), 0u);
-  EXPECT_EQ(flags_of([] { (void)__zorvik_cvtdll(nan_of(true)); }), 0u);
-  EXPECT_EQ(flags_of([] { (void)__zorvik_cvtdll(-inf); }), 0u);
+TEST(ToInteger8, KeepsTheControlWord) {
   const under_word upward(0x0A7F);
   EXPECT_EQ(__zorvik_cvtdll(1.5), 1);
   EXPECT_EQ(__zorvik_cvtdll(-1.5), -1);
@@ -126,15 +98,6 @@ TEST(FromInteger8, IsExactOnTheStackAndCutsInTheSlowForms) {
 }
 
 TEST(Nearest8, RoundsTheMovedOperandToDoubleFirst) {
-  EXPECT_EQ(__zorvik_kidnnt(2.5), 3);
-  EXPECT_EQ(__zorvik_kidnnt(-2.5), -3);
-  EXPECT_EQ(__zorvik_kidnnt(-0.0), 0);
-  EXPECT_EQ(__zorvik_kidnnt(0.49999999999999994), 1);  // the sum rounds up
-  EXPECT_EQ(__zorvik_knint(0.49999997f), 0);           // the sum is exact
-  EXPECT_EQ(__zorvik_kidnnt(4503599627370497.0), 4503599627370498);
-  EXPECT_EQ(__zorvik_knint(3.0e9f), 3000000000);
-  EXPECT_EQ(__zorvik_kidnnt(1e19), INT64_MAX);
-  EXPECT_EQ(__zorvik_kidnnt(-1e19), INT64_MIN);
   const under_word extended(0x037F);
   EXPECT_EQ(__zorvik_kidnnt(0.49999999999999994), 1) << "also where the sum itself does not round";
 }

@@ -68,8 +68,6 @@ Kind rotated(Kind x, int64_t count, int64_t size) {
   return to.as<Kind>();
 }
 
-constexpr int64_t low_word_of_5 = (int64_t{1} << 32) + 5;
-
 }  // namespace
 
 TEST(ZeroExtension, ReadsTheBytesOfItsStem) {
@@ -79,8 +77,6 @@ TEST(ZeroExtension, ReadsTheBytesOfItsStem) {
   EXPECT_EQ(__zorvik_izext2(x), 0x8080);
   EXPECT_EQ(__zorvik_jzext(x), 0x80);
   EXPECT_EQ(__zorvik_jzext2(x), 0x8080);
-  EXPECT_EQ(__zorvik_jzext4(x), x);
-  EXPECT_EQ(__zorvik_kzext(-1), 0xFFFFFFFF);
 }
 
 TEST(LogicalOperations, KeepTheirWidth) {
@@ -128,9 +124,6 @@ TEST(SingleBits, StandModulo32OrAsTheyAre) {
       ASSERT_EQ(__zorvik_bktest(k, p), pattern(k).at(inside ? p : 63)) << k << ' ' << p;
     }
   }
-  EXPECT_EQ(__zorvik_kibset(0, low_word_of_5), 32);
-  EXPECT_EQ(__zorvik_kibclr(-1, low_word_of_5), -33);
-  EXPECT_EQ(__zorvik_bktest(32, low_word_of_5), 1);
 }
 
 TEST(BitFields, FillWithTheSign) {
@@ -155,10 +148,6 @@ TEST(BitFields, FillWithTheSign) {
             << k << ' ' << pos << ' ' << len;
       }
   }
-  EXPECT_EQ(__zorvik_kibits(-1, low_word_of_5, 4), 15);
-  EXPECT_EQ(__zorvik_kibits(-1, 0, (int64_t{1} << 32) + 4), 15);
-  EXPECT_EQ(__zorvik_hibits(0x80, 4, 8), -8);
-  EXPECT_EQ(__zorvik_iibits(0xF000, 12, 16), -1);
 }
 
 TEST(MoveBits, MovesAFieldInFourSpellings) {
@@ -210,11 +199,6 @@ TEST(LogicalShifts, LoseWhatLeavesTheKind) {
       ASSERT_EQ(__zorvik_kishft(k, n), shifted(k, n)) << k << ' ' << n;
     }
   }
-  EXPECT_EQ(__zorvik_ishft(-1, INT32_MIN), 0);
-  EXPECT_EQ(__zorvik_iishft(-1, INT16_MIN), 0);
-  EXPECT_EQ(__zorvik_hishft(-1, INT8_MIN), 0);
-  for (const int64_t n : {low_word_of_5, -low_word_of_5, int64_t{1} << 32, INT64_MIN, INT64_MAX})
-    EXPECT_EQ(__zorvik_kishft(-1, n), 0) << n;
 }
 
 TEST(CircularShifts, RotateTheFieldAlone) {
@@ -241,17 +225,4 @@ TEST(CircularShifts, RotateTheFieldAlone) {
             << a << ' ' << s << ' ' << size;
       }
   }
-}
-
-TEST(CircularShifts, EndForEveryOperand) {
-  EXPECT_EQ(__zorvik_ishftc(0x1234, 5, 0), 0x1234);
-  EXPECT_EQ(__zorvik_ishftc(0x1234, 5, -7), 0x1234);
-  EXPECT_EQ(__zorvik_ishftc(1, 33, 99), 2) << "a size above the width is the width";
-  EXPECT_EQ(__zorvik_iishftc(1, 17, 99), 2);
-  EXPECT_EQ(__zorvik_ishftc(3, INT32_MIN, 1), 3);
-  EXPECT_EQ(__zorvik_ishftc(1, INT32_MIN, 3), rotated(1, INT32_MIN, 3));
-  EXPECT_EQ(__zorvik_kishftc(1, INT64_MIN, 3), rotated(int64_t{1}, INT64_MIN, 3));
-  EXPECT_EQ(__zorvik_kishftc(1, INT64_MAX, 64), INT64_MIN);
-  EXPECT_EQ(__zorvik_kishftc(1, 1, INT64_MAX), 2);
-  EXPECT_EQ(__zorvik_kishftc(1, low_word_of_5, 64), 32);
 }

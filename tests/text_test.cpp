@@ -58,6 +58,10 @@ TEST(Text, ShortestForms) {
             "0.333333333333333333333333333333332");
   EXPECT_EQ(text({0x1.5555555555555p-2, 0}), "[0.3333333333333333+0]");
   EXPECT_EQ(text({1, 1e-300}), "[1+1e-300]");
+  // Half way between two numbers of as many digits: to the even one.
+  EXPECT_EQ(text({from_bits(std::uint64_t{0x42D50B51CAED2AB8}),
+                  from_bits(std::uint64_t{0x3BC04F53DE3F4994})}),
+            "[92553444308138.88+6.907500100054725e-21]");
   EXPECT_EQ(text({1, 1}), "[1+1]");
   EXPECT_EQ(text({-1, -0.0}), "[-1-0]");
   EXPECT_EQ(text({0.0, -0.0}), "[0-0]");

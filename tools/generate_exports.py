@@ -105,7 +105,6 @@ class Entry:
     doc: list = field(default_factory=list)
     sample: dict = field(default_factory=dict)      # operand name -> (low, high)
     family: str = ""
-    ready: bool = True
     line: int = 0
 
     @property
@@ -119,7 +118,7 @@ class ListError(Exception):
 
 def parse(path):
     entries, titles, seen = [], {}, {}
-    family, ready = None, True
+    family = None
 
     def fail(line, text):
         raise ListError(f"{path}:{line}: {text}")
@@ -133,10 +132,10 @@ def parse(path):
         if not text.strip() or text.startswith("#"):
             continue
         if text.startswith("["):
-            match = re.fullmatch(r"\[([a-z0-9_/]+)\] (ready|pending)", text.rstrip())
+            match = re.fullmatch(r"\[([a-z0-9_]+/[a-z0-9_]+)\]", text.rstrip())
             if not match:
-                fail(line, "a family is '[room/family] ready' or '[room/family] pending'")
-            family, ready = match[1], match[2] == "ready"
+                fail(line, "a family is '[room/family]'")
+            family = match[1]
             titles[family] = []
             continue
         if family is None:
@@ -167,7 +166,7 @@ def parse(path):
             if len(words) != 4 or words[2] not in "fdi" or not re.fullmatch(r"[0-9A-F]{8}|[0-9A-F]{16}", words[3]):
                 fail(line, "a constant is 'data NAME f|d|i BITS'")
             new_name(line, words[1])
-            entries.append(Entry(kind, words[1], words[2], bits=words[3], family=family, ready=ready, line=line))
+            entries.append(Entry(kind, words[1], words[2], bits=words[3], family=family, line=line))
             continue
         rest = words[1:] if kind == "plain" else words
         if len(rest) < 3:
@@ -189,11 +188,11 @@ def parse(path):
         new_name(line, stem)
         for reference in references:
             new_name(line, "I_" + reference)
-        entries.append(Entry(kind, stem, result, operands, references, family=family, ready=ready, line=line))
+        entries.append(Entry(kind, stem, result, operands, references, family=family, line=line))
 
     for entry in entries:
-        if entry.ready and not entry.doc:
-            fail(entry.line, f"{entry.stem} is ready but has no documentation line below it")
+        if not entry.doc:
+            fail(entry.line, f"{entry.stem} has no documentation line below it")
     counts = {
         "value": sum(e.kind == "value" for e in entries),
         "reference": sum(len(e.references) for e in entries),
@@ -449,16 +448,15 @@ def main(arguments):
     except (ListError, OSError, UnicodeDecodeError) as error:
         sys.exit(f"generate_exports: {error}")
     output = Path(arguments[1])
-    ready = [e for e in entries if e.ready]
-    write(output / "entries.hpp", entries_hpp(ready))
-    write(output / "references.cpp", references_cpp(ready))
-    write(output / "zorvikrt" / "entries.h", c_header(ready, titles))
-    write(output / "zorvikrt.map", version_script(ready))
-    write(output / "zorvikrt.def", module_definition(ready))
+    write(output / "entries.hpp", entries_hpp(entries))
+    write(output / "references.cpp", references_cpp(entries))
+    write(output / "zorvikrt" / "entries.h", c_header(entries, titles))
+    write(output / "zorvikrt.map", version_script(entries))
+    write(output / "zorvikrt.def", module_definition(entries))
     write(output / "type_codes.inc", type_codes())
-    write(output / "entry_table.inc", entry_table(ready))
-    write(output / "entry_descriptions.inc", entry_descriptions(ready))
-    write(output / "entries.md", markdown(ready, titles))
+    write(output / "entry_table.inc", entry_table(entries))
+    write(output / "entry_descriptions.inc", entry_descriptions(entries))
+    write(output / "entries.md", markdown(entries, titles))
 
 
 if __name__ == "__main__":

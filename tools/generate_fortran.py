@@ -135,11 +135,11 @@ def make(list_path, template, output, page_output):
              for line in text if line.startswith("!@ file ")}
     add_names_77(module)
 
-    stems = {e.stem.lower() for e in entries if e.ready}
+    stems = {e.stem.lower() for e in entries}
     called = set(re.findall(r"zorvik_(\w+)\(", "\n".join(module.procedures)))
     if called - stems:
-        raise Fault(f"{list_path} has no ready entry {', '.join(sorted(called - stems))}")
-    parts = {"interfaces": fortran([e for e in entries if e.ready]), "generics": generics(module),
+        raise Fault(f"{list_path} has no entry {', '.join(sorted(called - stems))}")
+    parts = {"interfaces": fortran(entries), "generics": generics(module),
              "procedures": module.procedures}
     parts.update({f"file {name}": lines for name, lines in files.items()})
     lines = [f"! {NOTE.replace('generate_exports.py', 'generate_fortran.py')}"]

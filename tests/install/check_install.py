@@ -2,7 +2,9 @@
 """Installs the build into an empty folder, makes and unpacks its packages, and builds and runs every
 program of docs/use.md from both, through pkg-config and through find_package.
 
-usage: check_install.py SOURCE BUILD ARCHITECTURE         with i386 or amd64 for the last
+usage: check_install.py SOURCE BUILD CONFIGURATION LIBRARIES i386|amd64
+
+LIBRARIES is the folder of the libraries below the prefix.
 
 In docs/use.md a file name in backquotes on a line of its own names the fenced block that follows; a block
 of sh is run among these files, and the text block behind it is what it must print.
@@ -57,10 +59,11 @@ def machine_of(path):
 
 
 class Check:
-    def __init__(self, source, build, architecture, folder):
+    def __init__(self, source, build, configuration, library, architecture, folder):
         self.source, self.build, self.architecture = source, build, architecture
         self.folder = folder
-        self.library = Path("lib") / TRIPLET[architecture]
+        self.configuration = configuration
+        self.library = Path(library)
         self.blocks = blocks(source / "docs" / "use.md")
         # Compilers of the architecture, under the names that the page uses.
         tools = folder / "tools"
@@ -82,12 +85,12 @@ class Check:
 
     def installed(self):
         root = self.folder / "installed"
-        run(["cmake", "--install", self.build, "--prefix", root])
+        run(["cmake", "--install", self.build, "--config", self.configuration, "--prefix", root])
         return root
 
     def unpacked(self):
         packages, root = self.folder / "packages", self.folder / "unpacked"
-        run(["cpack", "--config", self.build / "CPackConfig.cmake", "-B", packages])
+        run(["cpack", "--config", self.build / "CPackConfig.cmake", "-C", self.configuration, "-B", packages])
         for name, wanted in (("zorvikrt-tools", ["usr/bin/zorvikrt-eval"]),
                              ("libzorvikrt1", [f"usr/{self.library}/libzorvikrt.so.1"]),
                              ("libzorvikrt-dev", [f"usr/{self.library}/libzorvikrt.so",
@@ -152,20 +155,32 @@ class Check:
             if first != "2.71828182845904523536028747135266":
                 raise Fault(f"{program} prints {first}")
 
+    def run_parent(self):
+        """The page's programs in a project that takes the library in as a part."""
+        place, build = self.write_files("page_parent"), self.folder / "parent"
+        run(["cmake", "-G", "Ninja Multi-Config", "-S", self.source / "tests" / "install" / "parent", "-B", build,
+             f"-DZORVIKRT_SOURCE={self.source}", f"-DPAGE={place}"])
+        run(["cmake", "--build", build, "--config", "Release", "-j", "2"])
+        listed = run(["ctest", "-C", "Release"], folder=build)
+        if "out of 3\n" not in listed:
+            raise Fault(f"tests of zorvikrt have come among its parent's:\n{listed}")
+
 
 def main(arguments):
-    if len(arguments) != 3 or arguments[2] not in TRIPLET:
-        sys.exit("usage: check_install.py SOURCE BUILD i386|amd64")
+    if len(arguments) != 5 or arguments[4] not in TRIPLET:
+        sys.exit("usage: check_install.py SOURCE BUILD CONFIGURATION LIBRARIES i386|amd64")
     for tool in ("cpack", "dpkg-deb", "pkg-config"):
         if not shutil.which(tool):
             sys.exit(f"check_install: no {tool}; install the packages cmake, dpkg and pkg-config")
     with tempfile.TemporaryDirectory() as folder:
         try:
-            check = Check(Path(arguments[0]), Path(arguments[1]), arguments[2], Path(folder))
+            check = Check(Path(arguments[0]), Path(arguments[1]), *arguments[2:], Path(folder))
             root = check.installed()
             check.run_tool(root)
             commands = check.run_page(root, "page_installed")
             check.run_project(root, "project_installed")
+            if check.architecture == "amd64":
+                check.run_parent()
             root = check.unpacked()
             check.run_tool(root)
             commands += check.run_page(root, "page_unpacked")

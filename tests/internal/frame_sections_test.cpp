@@ -9,7 +9,16 @@
 
 #include "entries.hpp"
 #include "frame/control.hpp"
+#include "frame/model.hpp"
+
+// Every `fisttp` of the sections is counted, to show which way was taken.
+static int fisttps = 0;
+#define fisttp32(x) (++fisttps, fisttp32(x))
+#define fisttp64(x) (++fisttps, fisttp64(x))
 #include "frame/sections.hpp"
+#undef fisttp32
+#undef fisttp64
+
 #include "frame/sine_cosine.hpp"
 #include "support/bits.hpp"
 #include "support/x87_state.hpp"
@@ -127,11 +136,15 @@ TEST(Sections, ComputeTheSameExponentialInBothWays) {
   }
 }
 
-TEST(Sections, TakeThePlainWayWithoutFisttp) {
-  processor::has_fisttp = false;
-  EXPECT_EQ(truncated(-2.5L), -2.0L);
-  EXPECT_EQ(truncated_to_int32(-2.5L), -2);
-  EXPECT_EQ(truncated_to_int64(-0x1p40L - 0.5L), -(std::int64_t{1} << 40));
+TEST(Sections, TakeTheWayOfTheProcessor) {
+  for (const bool fast : {true, false}) {
+    processor::has_fisttp = fast;
+    fisttps = 0;
+    EXPECT_EQ(truncated(-2.5L), -2.0L);
+    EXPECT_EQ(truncated_to_int32(-2.5L), -2);
+    EXPECT_EQ(truncated_to_int64(-0x1p40L - 0.5L), -(std::int64_t{1} << 40));
+    EXPECT_EQ(fisttps, fast ? 3 : 0);
+  }
   processor::has_fisttp = true;
 }
 
