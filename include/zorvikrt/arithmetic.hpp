@@ -21,34 +21,39 @@ constexpr real16 operator-(const real16& a) {
 
 namespace detail {
 
-/// One operation: the steps in line where they are certain to give the bits of the entry.
-#define ZORVIKRT_OPERATION(name, steps, certain, type_a, type_b, entry) \
-  constexpr real16 name(type_a a, type_b b) {                           \
-    if (in_line()) {                                                    \
-      const real16 result = steps(a, b);                                \
-      if (certain(result, a, b)) return result;                         \
-    }                                                                   \
-    return real(__zorvik_##entry, a, b);                                \
+// Each operation in line where the guard is certain of the result, else by the function beside it:
+// all by value, so that operands and results stay in registers.
+#define ZORVIKRT_OPERATION(name, steps, guard, A, B, entry)                      \
+  [[gnu::noinline]] constexpr real16 name##_elsewhere(real16 result, A a, B b) { \
+    if (in_line() && guard##_of_parts(result, a, b)) return result;              \
+    return real(__zorvik_##entry, a, b);                                         \
+  }                                                                              \
+  constexpr real16 name(const A& a, const B& b) {                                \
+    if (!in_line()) return real(__zorvik_##entry, a, b);                         \
+    const real16 result = steps(a, b);                                           \
+    return guard(result, a, b) ? result : name##_elsewhere(result, a, b);        \
   }
-ZORVIKRT_OPERATION(add, sum_of, is_certain_sum, const real16&, const real16&, qadd)
-ZORVIKRT_OPERATION(add, sum_of, is_certain_sum, const real16&, double, qaddd)
-ZORVIKRT_OPERATION(subtract, difference_of, is_certain_sum, const real16&, const real16&, qsub)
-ZORVIKRT_OPERATION(subtract, difference_of, is_certain_sum, const real16&, double, qsubd)
-ZORVIKRT_OPERATION(subtract, difference_of, is_certain_sum, double, const real16&, dsubq)
-ZORVIKRT_OPERATION(multiply, product_of, is_certain_product, const real16&, const real16&, qmul)
-ZORVIKRT_OPERATION(multiply, product_of, is_certain_product, const real16&, double, qmuld)
-ZORVIKRT_OPERATION(divide, quotient_of, is_certain_quotient, const real16&, const real16&, qdiv)
-ZORVIKRT_OPERATION(divide, quotient_of, is_certain_quotient, const real16&, double, qdivd)
-ZORVIKRT_OPERATION(divide, quotient_of, is_certain_quotient, double, const real16&, ddivq)
+ZORVIKRT_OPERATION(add, sum_of, certain_sum, real16, real16, qadd)
+ZORVIKRT_OPERATION(add, sum_of, certain_sum, real16, double, qaddd)
+ZORVIKRT_OPERATION(subtract, difference_of, certain_sum, real16, real16, qsub)
+ZORVIKRT_OPERATION(subtract, difference_of, certain_sum, real16, double, qsubd)
+ZORVIKRT_OPERATION(subtract, difference_of, certain_sum, double, real16, dsubq)
+ZORVIKRT_OPERATION(multiply, product_of, certain_product, real16, real16, qmul)
+ZORVIKRT_OPERATION(multiply, product_of, certain_product, real16, double, qmuld)
+ZORVIKRT_OPERATION(divide, quotient_of, certain_quotient, real16, real16, qdiv)
+ZORVIKRT_OPERATION(divide, quotient_of, certain_quotient, real16, double, qdivd)
+ZORVIKRT_OPERATION(divide, quotient_of, certain_quotient, double, real16, ddivq)
 #undef ZORVIKRT_OPERATION
 
-/// By an integer; 1 and -1 give a and -a bit for bit, 0 gives zero whatever a is.
+/// By an integer; 1 and -1 give a and -a bit for bit, 0 gives zero whatever a is. Parts of 2**-850
+/// or more: every product is a multiple of 2**-902.
 constexpr real16 multiply_by_integer(const real16& a, std::int32_t k) {
   if (in_line()) {
     if (k == 0) return {0, 0};
     if (k == 1) return a;
     if (k == -1) return -a;
-    if (is_certain_multiple(a)) return multiple_of(a, k);
+    if (zero_or_between(a.hi, -850, 900) && zero_or_between(a.lo, -850, 900))
+      return multiple_of(a, k);
   }
   return real(__zorvik_qmuli, a, k);
 }
@@ -128,15 +133,19 @@ namespace detail {
 /// The condition codes of the x87 comparison, as qcmp leaves them.
 enum order : std::int32_t { greater = 0, less = 0x0100, equal = 0x4000, unordered = 0x4500 };
 
-constexpr order compare(const real16& a, const real16& b) {
-  if (in_line()) {
-    const real16 difference = difference_of(a, b);
-    if (is_certain_sum(difference, a, b)) {
-      const std::uint64_t bits = image(difference.hi);
-      return bits << 1 == 0 ? equal : bits >> 63 != 0 ? less : greater;
-    }
-  }
+constexpr order order_of(double difference) {
+  return image(difference) << 1 == 0 ? equal : image(difference) >> 63 != 0 ? less : greater;
+}
+[[gnu::noinline]] constexpr order compare_elsewhere(double difference, real16 a, real16 b) {
+  if (in_line() && certain_sum_of_parts(difference, a, b)) return order_of(difference);
   return static_cast<order>(__zorvik_qcmp(a, b));
+}
+/// By the leading part of the difference, of 2**-800 or more: what was lost is too small to show.
+constexpr order compare(const real16& a, const real16& b) {
+  if (!in_line()) return static_cast<order>(__zorvik_qcmp(a, b));
+  const double difference = difference_of(a, b).hi;
+  return between(difference, -800, 1000) ? order_of(difference)
+                                         : compare_elsewhere(difference, a, b);
 }
 
 }  // namespace detail

@@ -67,7 +67,7 @@ ZORVIKRT_UNARY(tanh, tanhl)
 
 /** Square root. */
 inline real16 sqrt(const real16& x) {
-  if (detail::in_line() && detail::is_certain_root(x)) return detail::root_of(x);
+  if (detail::in_line() && detail::certain_root(x)) return detail::root_of(x);
   return detail::real(__zorvik_sqrtl, x);
 }
 

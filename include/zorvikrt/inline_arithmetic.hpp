@@ -85,13 +85,16 @@ constexpr double product_error(double a, double b, double p) {
   const double middle = plus(plus(upper, times(a_high, b_low)), times(a_low, b_high));
   return plus(middle, times(a_low, b_low));
 }
-/// a - b * q, exactly, for q = a / b rounded.
+/// a - b * q, exactly, for q = a / b rounded: fused, or the partial products taken off one by one.
 constexpr double remainder_of(double a, double b, double q) {
 #ifdef __FMA__
   if (!in_constant()) return held(__builtin_fma(held(-q), b, a));
 #endif
-  const double p = times(b, q);
-  return minus(minus(a, p), product_error(b, q, p));
+  const double q_high = upper_half(q), q_low = minus(q, q_high);
+  const double b_high = upper_half(b), b_low = minus(b, b_high);
+  const double upper = minus(a, times(q_high, b_high));
+  const double middle = minus(minus(upper, times(q_high, b_low)), times(q_low, b_high));
+  return minus(middle, times(q_low, b_low));
 }
 
 /// s + t of |s| >= |t|, and what that has lost.
@@ -172,7 +175,7 @@ constexpr bool zero_or_between(double x, int low, int high) {
   return between(x, low, high) || image(x) << 1 == 0;
 }
 template <class... Parts>
-[[gnu::noinline]] constexpr bool all_zero_or_between(int low, int high, Parts... parts) {
+constexpr bool all_zero_or_between(int low, int high, Parts... parts) {
   return (zero_or_between(parts, low, high) && ...);
 }
 
@@ -181,42 +184,50 @@ constexpr double hi(double a) { return a; }
 constexpr double lo(const real16& a) { return a.lo; }
 constexpr double lo(double) { return 0; }
 
+// Each guard in two steps, the second one for what the first refuses.
+
 /// A low part of 2**-800 or more in the result: what any operation could have lost below 2**-1022
-/// lies more than 53 bits below the operand that it meets. Else parts of 2**-900 or more: every
-/// intermediate sum is a multiple of 2**-952.
+/// lies more than 53 bits below the operand that it meets.
 template <class A, class B>
-constexpr bool is_certain_sum(const real16& result, const A& a, const B& b) {
-  return between(result.lo, -800, 1000) ||
-         all_zero_or_between(-900, 1000, hi(a), lo(a), hi(b), lo(b));
+constexpr bool certain_sum(const real16& result, const A&, const B&) {
+  return between(result.lo, -800, 1000);
+}
+/// Parts of 2**-900 or more: every intermediate sum is a multiple of 2**-952.
+template <class Result, class A, class B>
+constexpr bool certain_sum_of_parts(const Result&, const A& a, const B& b) {
+  return all_zero_or_between(-900, 1000, hi(a), lo(a), hi(b), lo(b));
 }
 
 /// Leading parts within 2**256 and a low part of 2**-690 or more: the error of the leading product
 /// is a multiple of 2**-616, what the low products lose is below that by more than 53 bits, or
-/// itself the low part. Else parts within 2**450: every partial product is a multiple of 2**-1004.
+/// itself the low part.
 template <class A, class B>
-constexpr bool is_certain_product(const real16& result, const A& a, const B& b) {
-  return (between(hi(a), -256, 256) && between(hi(b), -256, 256) &&
-          between(result.lo, -690, 1000)) ||
-         all_zero_or_between(-450, 450, hi(a), lo(a), hi(b), lo(b));
+constexpr bool certain_product(const real16& result, const A& a, const B& b) {
+  return between(hi(a), -256, 256) && between(hi(b), -256, 256) && between(result.lo, -690, 1000);
 }
-/// Every product is a multiple of 2**-902.
-constexpr bool is_certain_multiple(const real16& a) {
-  return all_zero_or_between(-850, 900, a.hi, a.lo);
+/// Parts within 2**450: every partial product is a multiple of 2**-1004.
+template <class A, class B>
+constexpr bool certain_product_of_parts(const real16&, const A& a, const B& b) {
+  return all_zero_or_between(-450, 450, hi(a), lo(a), hi(b), lo(b));
 }
 
 /// Leading parts within 2**128 and a low part of 2**-560 or more: the remainder is a multiple of
-/// 2**-489, the divisor at least 2**-182. Else parts within 2**225 and a divisor that is not zero.
+/// 2**-489, the divisor at least 2**-182.
 template <class A, class B>
-constexpr bool is_certain_quotient(const real16& result, const A& a, const B& b) {
-  return (between(hi(a), -128, 128) && between(hi(b), -128, 128) &&
-          between(result.lo, -560, 1000)) ||
-         (all_zero_or_between(-225, 225, hi(a), lo(a), hi(b), lo(b)) && is_finite(result.hi) &&
-          is_finite(result.lo));
+constexpr bool certain_quotient(const real16& result, const A& a, const B& b) {
+  return between(hi(a), -128, 128) && between(hi(b), -128, 128) && between(result.lo, -560, 1000);
+}
+/// Parts within 2**225: the remainder is a multiple of 2**-780. A divisor of zero shows in the
+/// result.
+template <class A, class B>
+constexpr bool certain_quotient_of_parts(const real16& result, const A& a, const B& b) {
+  return all_zero_or_between(-225, 225, hi(a), lo(a), hi(b), lo(b)) && is_finite(result.hi) &&
+         is_finite(result.lo);
 }
 
 /// A positive leading part within 2**256 and a low part of 2**-400 or more: the remainder is a
 /// multiple of 2**-452.
-inline bool is_certain_root(const real16& a) {
+inline bool certain_root(const real16& a) {
   return between(a.hi, -256, 256) && image(a.hi) >> 63 == 0 && zero_or_between(a.lo, -400, 256);
 }
 
