@@ -125,6 +125,19 @@ constexpr real16 operator/(T a, const real16& b) {
   return real16(a) / b;
 }
 
+constexpr real16& real16::operator++() { return *this += 1.0; }
+constexpr real16& real16::operator--() { return *this -= 1.0; }
+constexpr real16 real16::operator++(int) {
+  const real16 before = *this;
+  *this += 1.0;
+  return before;
+}
+constexpr real16 real16::operator--(int) {
+  const real16 before = *this;
+  *this -= 1.0;
+  return before;
+}
+
 // --- Relations of REAL*16 ----------------------------------------------------------------------
 // By the difference, as qcmp forms it. Infinities and NaNs are unordered: only != is true for them.
 

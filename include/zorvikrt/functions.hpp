@@ -5,6 +5,7 @@
 #ifndef ZORVIKRT_FUNCTIONS_HPP
 #define ZORVIKRT_FUNCTIONS_HPP
 
+#include <cmath>
 #include <zorvikrt/arithmetic.hpp>
 
 namespace zorvikrt {
@@ -130,44 +131,32 @@ inline real16 frexp(const real16& x, int* exponent) {
 inline std::int32_t nint(const real16& x) { return __zorvik_iqnint(x); }
 /** The nearest 64-bit integer, ties away from zero; 0x8000000000000000 beyond the range. */
 inline std::int64_t llround(const real16& x) { return __zorvik_kiqnnt(x); }
-
-/** What hi says. */
-inline bool signbit(const real16& x) { return __builtin_signbit(x.hi) != 0; }
-inline bool isnan(const real16& x) { return __builtin_isnan(x.hi); }
-inline bool isinf(const real16& x) { return __builtin_isinf_sign(x.hi) != 0; }
-inline bool isfinite(const real16& x) { return __builtin_isfinite(x.hi); }
-// --- Functions of COMPLEX*32 -------------------------------------------------------------------
-
-/** The parts. */
-inline real16 real(const complex32& z) { return z.re; }
-inline real16 imag(const complex32& z) { return z.im; }
-/** The conjugate. */
-inline complex32 conj(const complex32& z) { return {z.re, -z.im}; }
-/** The modulus. */
-inline real16 abs(const complex32& z) { return detail::real(__zorvik_cabsl, z); }
-/** The angle, from -pi to pi. */
-inline real16 arg(const complex32& z) { return atan2(z.im, z.re); }
-/** The square root of non-negative real part. */
-inline complex32 sqrt(const complex32& z) { return detail::complex(__zorvik_csqrtl, z); }
-/** e**z. */
-inline complex32 exp(const complex32& z) { return detail::complex(__zorvik_cexpl, z); }
-/** The principal logarithm. */
-inline complex32 log(const complex32& z) { return detail::complex(__zorvik_clogl, z); }
-/** Sine. */
-inline complex32 sin(const complex32& z) { return detail::complex(__zorvik_csinl, z); }
-/** Cosine. */
-inline complex32 cos(const complex32& z) { return detail::complex(__zorvik_ccosl, z); }
-/** z**w, and z**n by squarings. */
-inline complex32 pow(const complex32& z, const complex32& w) {
-  return detail::complex(__zorvik_cpowl, z, w);
-}
-template <class T, detail::if_number<T> = 0>
-inline complex32 pow(const complex32& z, T w) {
-  if constexpr (detail::is_short_integer<T>)
-    return detail::complex(__zorvik_cqtoi, z, static_cast<std::int32_t>(w));
+/** The same for a long: of 32 bits, -2147483648 beyond the range. */
+inline long lround(const real16& x) {
+  if constexpr (sizeof(long) == 4)
+    return nint(x);
   else
-    return pow(z, complex32(w));
+    return static_cast<long>(llround(x));
 }
+
+// --- What hi says ------------------------------------------------------------------------------
+// From its image: no option of the compiler has a part in it.
+
+constexpr bool signbit(const real16& x) { return detail::image(x.hi) >> 63 != 0; }
+constexpr bool isfinite(const real16& x) { return detail::is_finite(x.hi); }
+constexpr bool isinf(const real16& x) { return detail::image(x.hi) << 1 == 0xFFE0000000000000; }
+constexpr bool isnan(const real16& x) { return detail::image(x.hi) << 1 > 0xFFE0000000000000; }
+constexpr bool isnormal(const real16& x) {
+  return isfinite(x) && detail::exponent_field(x.hi) != 0;
+}
+/** FP_NAN, FP_INFINITE, FP_ZERO, FP_SUBNORMAL or FP_NORMAL of <cmath>. */
+constexpr int fpclassify(const real16& x) {
+  if (isnan(x)) return FP_NAN;
+  if (isinf(x)) return FP_INFINITE;
+  if (isnormal(x)) return FP_NORMAL;
+  return x ? FP_SUBNORMAL : FP_ZERO;
+}
+constexpr bool isunordered(const real16& a, const real16& b) { return isnan(a) || isnan(b); }
 
 }  // namespace zorvikrt
 

@@ -199,18 +199,10 @@ class real16 : public zorvikrt_quad {
   constexpr real16& operator/=(const T& other) {
     return *this = *this / other;
   }
-  constexpr real16& operator++() { return *this += 1.0; }
-  constexpr real16& operator--() { return *this -= 1.0; }
-  constexpr real16 operator++(int) {
-    const real16 before = *this;
-    ++*this;
-    return before;
-  }
-  constexpr real16 operator--(int) {
-    const real16 before = *this;
-    --*this;
-    return before;
-  }
+  constexpr real16& operator++();
+  constexpr real16& operator--();
+  constexpr real16 operator++(int);
+  constexpr real16 operator--(int);
 };
 
 static_assert(sizeof(real16) == 16 && std::is_trivial_v<real16>);

@@ -49,16 +49,19 @@ typedef struct zorvikrt_cquad {
  * was loaded calls it once. On Linux threads started afterwards inherit the state. On Windows the
  * DLL sets it on each new thread, but start code may come after it and put the FPU back: MinGW's
  * does, in main and in std::thread, and there a thread calls this function first. */
-static inline void zorvikrt_set_thread_state(void) {
+static __inline__ void zorvikrt_set_thread_state(void) {
   const uint16_t control_word = 0x027F;
   uint32_t mask, mxcsr;
+  uintptr_t address;
+  /* The image of fxsave on a boundary of 16 bytes, whatever the alignment of the stack. */
   unsigned char room[512 + 16];
-  unsigned char* image = room + (16 - (uintptr_t)room % 16) % 16;
-  uint32_t* mask_field = (uint32_t*)(void*)(image + 28);
-  *mask_field = 0;
-  __asm__ __volatile__("fxsave %0" : "+m"(*(unsigned char(*)[512])image));
-  mask = *mask_field != 0 ? *mask_field : 0xFFBFu;
-  mxcsr = 0x9FC0u & mask;
+  unsigned char* image = room;
+  __builtin_memcpy(&address, &image, sizeof address);
+  image += (16 - address % 16) % 16;
+  __builtin_memset(image, 0, 512);
+  __asm__ __volatile__("fxsave (%0)" : : "r"(image) : "memory");
+  __builtin_memcpy(&mask, image + 28, sizeof mask);
+  mxcsr = 0x9FC0u & (mask != 0 ? mask : 0xFFBFu);
   __asm__ __volatile__("ldmxcsr %0\n\tfldcw %1" : : "m"(mxcsr), "m"(control_word));
 }
 

@@ -15,6 +15,8 @@
 #ifndef ZORVIKRT_HPP
 #define ZORVIKRT_HPP
 #include <zorvikrt/arithmetic.hpp>
+#include <zorvikrt/complex_functions.hpp>
+#include <zorvikrt/composed_functions.hpp>
 #include <zorvikrt/functions.hpp>
 #include <zorvikrt/limits.hpp>
 #include <zorvikrt/text.hpp>
