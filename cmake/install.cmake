@@ -24,7 +24,8 @@ install(FILES "${generated}/zorvikrt/entries.h"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
 install(FILES "${fortran_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
-install(FILES docs/arrays.md docs/library.md docs/special.md docs/use.md docs/explorer.md docs/windows.md "${generated}/entries.md"
+install(FILES docs/arrays.md docs/cxx.md docs/library.md docs/special.md docs/use.md docs/explorer.md docs/windows.md
+  "${generated}/entries.md"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libzorvikrt-dev" COMPONENT development)
 if(ZORVIKRT_TOOLS)
   file(RELATIVE_PATH libraries_from_tools "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")

@@ -292,10 +292,10 @@ inline real16::operator long double() const {
 #ifdef ZORVIKRT_HAS_INT128
 inline real16::operator detail::int128() const {
   const real16 truncated = detail::real(__zorvik_qint, *this);
-  const bool inside = truncated.hi > -0x1p127 &&
-                      (truncated.hi < 0x1p127 || (truncated.hi == 0x1p127 && truncated.lo < 0));
+  const bool above = truncated.hi > -0x1p127 || (truncated.hi == -0x1p127 && truncated.lo > 0);
+  const bool below = truncated.hi < 0x1p127 || (truncated.hi == 0x1p127 && truncated.lo < 0);
   const detail::uint128 lowest = detail::uint128{1} << 127;
-  return static_cast<detail::int128>(inside ? detail::whole(truncated) : lowest);
+  return static_cast<detail::int128>(above && below ? detail::whole(truncated) : lowest);
 }
 inline real16::operator detail::uint128() const {
   const real16 truncated = detail::real(__zorvik_qint, *this);
