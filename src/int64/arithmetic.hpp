@@ -1,11 +1,9 @@
 #pragma once
 
-// 64-bit multiplication, division and remainder as kernels, for the rooms above.
-//
-// On i386 a division is made of the processor's 64-by-32 divides; the x87 route would cost two
-// changes of control word. The one case that takes a single divide and no sign is inline, the rest
-// stands in functions of the same operands, so that they are reached by a jump.
+// 64-bit multiplication, division and remainder as kernels, for the rooms above. Division and
+// remainder are the entries themselves.
 
+#include "frame/entry.hpp"
 #include "int64/shifts.hpp"
 
 namespace zrt::int64 {
@@ -19,9 +17,9 @@ constexpr std::int64_t product(std::int64_t a, std::int64_t b) {
 }
 
 /// a / b toward zero. A zero divisor gives the largest integer; the smallest integer by -1 wraps.
-std::int64_t quotient(std::int64_t a, std::int64_t b);
+std::int64_t quotient(std::int64_t a, std::int64_t b) ZRT_DIRECT(ldiv);
 
 /// The remainder, with the sign of a. A zero divisor gives the largest integer.
-std::int64_t remainder(std::int64_t a, std::int64_t b);
+std::int64_t remainder(std::int64_t a, std::int64_t b) ZRT_DIRECT(lmod);
 
 }  // namespace zrt::int64
