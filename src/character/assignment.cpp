@@ -64,6 +64,7 @@ using namespace zrt::character;
 
 ZRT_VALUE(void, casgn)
 (char* dst, const char* src, std::int32_t dstlen, std::int32_t srclen) {
+  if (dstlen == srclen) return copy(dst, src, extent(dstlen));
   assign(dst, extent(dstlen), src, extent(srclen));
 }
 

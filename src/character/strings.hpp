@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "character/blocks.hpp"
+
 namespace zrt::character {
 
 inline constexpr char blank = ' ';
@@ -21,8 +23,6 @@ constexpr std::size_t extent(std::int32_t length) {
 
 // Most CHARACTER values are short: up to 16 bytes are copied, filled and compared here, where a
 // call of the C library would cost more than its work.
-
-inline constexpr std::size_t short_length = 16;
 
 template <class Word>
 Word load(const char* text) {
@@ -45,8 +45,8 @@ void copy_words(char* target, const char* source, std::size_t count) {
 
 /// Copies `count` bytes; the two may overlap.
 inline void copy(char* target, const char* source, std::size_t count) {
-  if (count > short_length)
-    std::memmove(target, source, count);
+  if (count > blocks::size)
+    blocks::copy(target, source, count);
   else if (count >= 8)
     copy_words<std::uint64_t>(target, source, count);
   else if (count >= 4)
@@ -59,10 +59,7 @@ inline void copy(char* target, const char* source, std::size_t count) {
 
 /// Stores `count` blanks.
 inline void fill_blanks(char* text, std::size_t count) {
-  if (count > short_length) {
-    std::memset(text, blank, count);
-    return;
-  }
+  if (count > blocks::size) return blocks::fill_blanks(text, count);
   for (; count >= 4; text += 4, count -= 4) store<std::uint32_t>(text, 0x20202020);
   for (; count > 0; ++text, --count) *text = blank;
 }
@@ -85,7 +82,7 @@ int order_words(const char* a, const char* b, std::size_t count) {
 
 /// The order of `count` bytes as unsigned numbers: below, at or above 0.
 inline int order(const char* a, const char* b, std::size_t count) {
-  if (count > short_length) return std::memcmp(a, b, count);
+  if (count > blocks::size) return blocks::order(a, b, count);
   if (count >= 8) return order_words<std::uint64_t>(a, b, count);
   if (count >= 4) return order_words<std::uint32_t>(a, b, count);
   for (; count > 0; ++a, ++b, --count)
@@ -93,37 +90,15 @@ inline int order(const char* a, const char* b, std::size_t count) {
   return 0;
 }
 
-namespace blanks {
-
-// Runs are compared in blocks by the C library, at the speed of memory, then in words.
-inline constexpr std::size_t block_size = 256;
-struct block {
-  char text[block_size];
-  constexpr block() : text() {
-    for (char& byte : text) byte = blank;
-  }
-};
-inline constexpr block one_block;
-
 using word = std::uint64_t;
-inline constexpr word one_word = 0x2020202020202020;
-
-/// What differs from blanks in the word at `text`: 0 for eight blanks.
-inline word excess(const char* text) { return load<word>(text) ^ one_word; }
-
-inline bool is_block(const char* text) {
-  return std::memcmp(text, one_block.text, block_size) == 0;
-}
-
-}  // namespace blanks
+inline constexpr word blank_word = 0x2020202020202020;
 
 /// The number of characters that stand before the trailing blanks.
 inline std::size_t length_without_trailing(const char* text, std::size_t length) {
   if (length == 0 || text[length - 1] != blank) return length;
-  while (length >= blanks::block_size && blanks::is_block(text + length - blanks::block_size))
-    length -= blanks::block_size;
-  for (; length >= sizeof(blanks::word); length -= sizeof(blanks::word)) {
-    const blanks::word excess = blanks::excess(text + length - sizeof(blanks::word));
+  if (length > blocks::size) return blocks::length_without_trailing(text, length);
+  for (; length >= sizeof(word); length -= sizeof(word)) {
+    const word excess = load<word>(text + length - sizeof(word)) ^ blank_word;
     if (excess != 0) return length - static_cast<std::size_t>(std::countl_zero(excess)) / 8;
   }
   while (length > 0 && text[length - 1] == blank) --length;
@@ -133,10 +108,10 @@ inline std::size_t length_without_trailing(const char* text, std::size_t length)
 /// The number of leading blanks.
 inline std::size_t leading_blanks(const char* text, std::size_t length) {
   if (length == 0 || text[0] != blank) return 0;
+  if (length > blocks::size) return blocks::leading_blanks(text, length);
   std::size_t at = 0;
-  while (length - at >= blanks::block_size && blanks::is_block(text + at)) at += blanks::block_size;
-  for (; length - at >= sizeof(blanks::word); at += sizeof(blanks::word)) {
-    const blanks::word excess = blanks::excess(text + at);
+  for (; length - at >= sizeof(word); at += sizeof(word)) {
+    const word excess = load<word>(text + at) ^ blank_word;
     if (excess != 0) return at + static_cast<std::size_t>(std::countr_zero(excess)) / 8;
   }
   while (at < length && text[at] == blank) ++at;

@@ -5,7 +5,7 @@
 
 namespace zrt {
 
-struct processor {
+struct [[gnu::visibility("hidden")]] processor {
   static bool has_sse2;    // its registers kept by the system
   static bool has_fisttp;  // SSE3
   static bool has_fma;     // fused multiply and add on doubles, its registers kept by the system
