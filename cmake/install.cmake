@@ -22,10 +22,10 @@ install(TARGETS zorvikrt zorvikrt_text zorvikrt_cxx ${special} ${arrays} EXPORT 
 install(DIRECTORY include/zorvikrt DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
 install(FILES "${generated}/zorvikrt/entries.h"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
-install(FILES "${fortran_module}"
+install(FILES "${fortran_module}" "${fortran_special_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
-install(FILES docs/arrays.md docs/cxx.md docs/library.md docs/special.md docs/use.md docs/explorer.md docs/windows.md
-  "${generated}/entries.md"
+install(FILES docs/arrays.md docs/cxx.md docs/fortran.md docs/fortran-generics.md docs/library.md docs/special.md docs/use.md
+  docs/explorer.md docs/windows.md "${generated}/entries.md"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libzorvikrt-dev" COMPONENT development)
 if(ZORVIKRT_TOOLS)
   file(RELATIVE_PATH libraries_from_tools "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
@@ -36,8 +36,9 @@ endif()
 # find_package(zorvikrt)
 set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/zorvikrt")
 set(fortran_source "${CMAKE_INSTALL_DATADIR}/zorvikrt/zorvikrt.f90")
+set(fortran_special_source "${CMAKE_INSTALL_DATADIR}/zorvikrt/zorvikrt_special.f90")
 configure_package_config_file(cmake/zorvikrtConfig.cmake.in "${generated}/zorvikrtConfig.cmake"
-  INSTALL_DESTINATION "${package_folder}" PATH_VARS fortran_source)
+  INSTALL_DESTINATION "${package_folder}" PATH_VARS fortran_source fortran_special_source)
 write_basic_package_version_file("${generated}/zorvikrtConfigVersion.cmake"
   VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
 install(FILES "${generated}/zorvikrtConfig.cmake" "${generated}/zorvikrtConfigVersion.cmake"

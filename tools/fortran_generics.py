@@ -117,6 +117,10 @@ WRITTEN = {
     "isnan": [("q", "l", "r = isnan(a%parts%hi)")],
     "ieee_is_nan": [("q", "l", "r = isnan(a%parts%hi)")],
     "ieee_is_finite": [("q", "l", "r = abs(a%parts%hi) <= huge(a%parts%hi)")],
+}
+
+# Inquiries, of arrays too: name -> [(kind, result, statement)].
+INQUIRIES = {
     "epsilon": [("q", "q", f"r = {exact('2.0_c_double**(-105)')}")],
     "tiny": [("q", "q", f"r = {exact('2.0_c_double**(-969)')}")],
     "huge": [("q", "q", "r = real16(real16_parts(huge(0.0_c_double), huge(0.0_c_double) * 2.0_c_double**(-54)))")],
@@ -169,7 +173,9 @@ class Module:
             calls = [part.split("(")[0] for part in statements.split("zorvik_")[1:]]
             how = " ".join(f"`{part}`" for part in dict.fromkeys(calls) if part != "ll2q") or "—"
         self.name(generic, name, kinds, result, how)
-        arguments = ["a", "kind"] if generic in TO_KIND and len(kinds) == 2 else "abcdefghijklmnop"[:len(kinds)]
+        arguments = list("abcdefghijklmnop"[:len(kinds)])
+        if (generic in TO_KIND and len(kinds) == 2) or (generic == "cmplx" and len(kinds) == 3):
+            arguments[-1] = "kind"
         if assignment:
             lines = [f"  elemental subroutine {name}({', '.join(arguments)})"]
             intents = ["out", "in"]
@@ -184,6 +190,12 @@ class Module:
             lines += fortran_lines("    " + statement.strip())
         lines += [f"  end {'subroutine' if assignment else 'function'} {name}", ""]
         self.procedures += lines
+
+    def add_inquiry(self, generic, kind, result, statement):
+        name = f"{generic}_of_{kind}"
+        self.name(generic, name, f"{kind}(..)", result, "—")
+        self.procedures += [f"  pure function {name}(a) result(r)", f"    {TYPES[kind]}, intent(in) :: a(..)",
+                            f"    {TYPES[result]} :: r", f"    {statement}", f"  end function {name}", ""]
 
 
 def add_operators(module):
@@ -263,6 +275,23 @@ def add_functions(module):
     for name, forms in WRITTEN.items():
         for kinds, result, statements in forms:
             module.add(name, f"{name}_of_{kinds}", kinds, result, statements)
+    for name, forms in INQUIRIES.items():
+        for form in forms:
+            module.add_inquiry(name, *form)
+
+
+def add_as_double(module):
+    """What the module zorvikrt_as_double has instead of the module's own: conversions to REAL*16."""
+    for code in REAL_KINDS + "qx":
+        part = {"q": "a", "x": "real_of(a)"}.get(code, "real16(a)")
+        module.add("dble", f"dble_{code}", code, "q", f"r = {part}")
+        module.add("real", f"real_{code}i", code + "i", "q", f"r = {part}")
+    for code in "iwkb":
+        module.add("dfloat", f"dfloat_{code}", code, "q", "r = real16(a)")
+    module.add("real", "real_q", "q", "f", "r = real_of(a)")
+    module.add("real", "real_x", "x", "q", "r = real_of(a)")
+    for kinds in BINARY_KINDS:
+        module.add("cmplx", f"cmplx_{kinds}_kind", kinds + "i", "x", "r = cmplx(a, b)")
 
 
 def add_many(module, name, order):

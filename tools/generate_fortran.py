@@ -4,8 +4,9 @@ COMPLEX*32 on top of them; and the page that tells of every generic name what it
 
 usage: generate_fortran.py LIST TEMPLATE MODULE PAGE
 
-A line '!@ interfaces', '!@ generics' or '!@ procedures' of the template is replaced by what it names,
-'!@ file NAME' by a file beside the template. In such a file the line
+A line '!@ interfaces', '!@ generics' or '!@ procedures' of the template is replaced by what it names, as are
+'!@ generics as_double' and '!@ procedures as_double' for the second module, and '!@ file NAME' by a file beside the
+template. In such a file the line
 
     !@ GENERIC | OPERANDS | RESULT | HOW
 
@@ -16,8 +17,8 @@ import sys
 from pathlib import Path
 
 from fortran_arrays import add_arrays
-from fortran_generics import (COMPLEX_NAMES_77, NAMES_77, TYPES, Module, add_assignments, add_functions,
-                              add_names_77, add_operators)
+from fortran_generics import (COMPLEX_NAMES_77, NAMES_77, TYPES, Module, add_as_double, add_assignments,
+                              add_functions, add_names_77, add_operators)
 from generate_exports import ListError, NOTE, fortran, parse, write
 
 PROCEDURE = re.compile(r"^ *(?!end )(?:\w+ )*(?:function|subroutine) (\w+)")
@@ -41,6 +42,14 @@ HEAD_77 = """
 
 | name | as |
 |---|---|
+"""
+HEAD_AS_DOUBLE = """
+## In the module zorvikrt\\_as\\_double
+
+These instead of, or beside, the above.
+
+| name | operands | result | computed by |
+|---|---|---|---|
 """
 
 
@@ -108,7 +117,7 @@ def shortened(operands):
     return list(dict.fromkeys([f"{'/'.join(first)} {second}" for second, first in seconds.items()] + out))
 
 
-def page(module):
+def rows_of(module):
     rows = []
     for generic, forms in module.generics.items():
         if generic in NAMES_77 or generic in COMPLEX_NAMES_77:
@@ -118,9 +127,14 @@ def page(module):
             grouped.setdefault((result or "", how), []).append(operands)
         for (result, how), operands in grouped.items():
             rows.append(f"| `{generic}` | {', '.join(shortened(operands))} | {result} | {how} |")
+    return "\n".join(rows)
+
+
+def page(module, as_double):
     names = [f"| `{name}` | `{generic}` |" for name, generic in {**NAMES_77, **COMPLEX_NAMES_77}.items()]
     note = NOTE.replace("generate_exports.py", "generate_fortran.py")
-    return (HEAD.format(note=note) + "\n".join(rows) + "\n" + HEAD_77 + "\n".join(names)).split("\n")
+    return (HEAD.format(note=note) + rows_of(module) + "\n" + HEAD_77 + "\n".join(names) + "\n"
+            + HEAD_AS_DOUBLE + rows_of(as_double)).split("\n")
 
 
 def make(list_path, template, output, page_output):
@@ -130,6 +144,8 @@ def make(list_path, template, output, page_output):
     add_assignments(module)
     add_functions(module)
     add_arrays(module)
+    as_double = Module()
+    add_as_double(as_double)
     text = template.read_text(encoding="utf-8").splitlines()
     files = {line[8:].strip(): hand_written(module, template.parent / line[8:].strip())
              for line in text if line.startswith("!@ file ")}
@@ -139,8 +155,8 @@ def make(list_path, template, output, page_output):
     called = set(re.findall(r"zorvik_(\w+)\(", "\n".join(module.procedures)))
     if called - stems:
         raise Fault(f"{list_path} has no entry {', '.join(sorted(called - stems))}")
-    parts = {"interfaces": fortran(entries), "generics": generics(module),
-             "procedures": module.procedures}
+    parts = {"interfaces": fortran(entries), "generics": generics(module), "procedures": module.procedures,
+             "generics as_double": generics(as_double), "procedures as_double": as_double.procedures}
     parts.update({f"file {name}": lines for name, lines in files.items()})
     lines = [f"! {NOTE.replace('generate_exports.py', 'generate_fortran.py')}"]
     for line in text:
@@ -150,7 +166,7 @@ def make(list_path, template, output, page_output):
             lines += parts[line[2:].strip()]
         else:
             raise Fault(f"{template}: unknown part '{line[2:].strip()}'")
-    write(page_output, page(module))
+    write(page_output, page(module, as_double))
     write(output, lines)
 
 
