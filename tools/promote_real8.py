@@ -19,12 +19,17 @@ import sys
 from fractions import Fraction
 from pathlib import Path
 
-NUMBER = r"(?<![\w.])((?:\d+\.\d*|\.\d+|\d+)(?:d[+-]?\d+{0}))"
+NUMBER = r"(?<!\w)(?<!\d\.)((?:\d+\.\d*|\.\d+|\d+)(?:d[+-]?\d+{0}))"
 HEAD = re.compile(r"(?:(?:pure|elemental|impure|recursive|module)\s+|(?:type|class)\(\w+\)\s*|integer\s*(?:\(\w+\)|\*\d)?\s*"
                   r"|logical\s+|real\s+|character\s*\S*\s+)*(?:function|subroutine)\s+\w+|program\s+\w+|module\s+(?!procedure)\w+"
                   r"|block\s*data", re.I)
 END = re.compile(r"end\s*(?:(?:program|module|function|subroutine|block\s*data)\b.*)?$", re.I)
+COMPUTED = re.compile(r"_parts\([^)]*\)\)\s*[-+*/]|[-+*/]\s*real16\(")
 CONSTANT_STATEMENT = re.compile(r"data\b|parameter\s*\(|.*\bparameter\b.*::|type\(\w+\)[^!]*::.*=", re.I)
+
+
+class Fault(Exception):
+    pass
 
 
 class Source:
@@ -34,6 +39,7 @@ class Source:
                            text, re.I)
         kind = "|".join(["8", "real64"] + kinds)
         self.number = re.compile(NUMBER.format(rf"|(?:e[+-]?\d+)?_(?:{kind})"), re.I)
+        self.signed = re.compile(r"(?:([=/,(*\[]\s*)-\s*)?" + self.number.pattern, re.I)
         self.rules = [
             (re.compile(r"\bdouble\s+precision\b|\breal\s*\*\s*8\b|"
                         rf"\breal\s*\(\s*(?:kind\s*=\s*)?(?:{kind})\s*\)(?=\s*(?:::|,|function\b|\w+\s*[,(]|\w+\s*$))", re.I),
@@ -49,9 +55,8 @@ class Source:
     def continues(self, line, before):
         return (line.startswith("     ") and len(line) > 5 and line[5] not in " 0") if self.fixed else before
 
-    def constant(self, match, in_declaration):
-        digits = match[1].lower()
-        mantissa = re.sub(r"_\w+$", "", digits).replace("d", "e")
+    def constant(self, digits, in_declaration):
+        mantissa = re.sub(r"_\w+$", "", digits.lower()).replace("d", "e").replace(" ", "")
         value = Fraction(mantissa)
         leading = float(value)
         trailing = float(value - Fraction(leading))
@@ -70,12 +75,20 @@ class Source:
             text, count = pattern.subn(new, text)
             self.declarations += count
         parts = re.split(r"(\bkind\s*\([^)]*\))", text, flags=re.I)
-        return "".join(part if part.lower().startswith("kind") else
-                       self.number.sub(lambda match: self.constant(match, in_declaration), part) for part in parts)
+        for index in range(0, len(parts), 2):
+            if in_declaration:
+                # A sign belongs to the constant where no operation is allowed.
+                parts[index] = self.signed.sub(
+                    lambda match: (match[1] or "") + self.constant("-" * (match[1] is not None) + match[2], True), parts[index])
+            else:
+                parts[index] = self.number.sub(lambda match: self.constant(match[1], False), parts[index])
+            if in_declaration == "parameter" and COMPUTED.search(parts[index]):
+                raise Fault("a constant is computed here, which REAL*16 can only be in a statement")
+        return "".join(parts)
 
     def promoted(self):
-        out, depth, to_insert, going_on, in_declaration = [], 0, False, False, False
-        for line in self.lines:
+        out, depth, to_insert, going_on, in_declaration = [], 0, False, False, ""
+        for number, line in enumerate(self.lines, 1):
             if self.is_comment(line):
                 out.append(line)
                 continue
@@ -90,13 +103,18 @@ class Source:
             for pattern, new in self.rules:
                 statement = pattern.sub(new, statement)
             if not continued:
-                in_declaration = bool(CONSTANT_STATEMENT.match(statement))
+                in_declaration = ""
+                if CONSTANT_STATEMENT.match(statement):
+                    in_declaration = "data" if statement.lower().startswith("data") else "parameter"
                 if HEAD.match(statement):
                     to_insert = depth == 0
                     depth += 1
                 elif END.match(statement):
                     depth -= 1
-            new = "".join(piece if index % 2 else self.code(piece, in_declaration) for index, piece in enumerate(pieces))
+            try:
+                new = "".join(piece if index % 2 else self.code(piece, in_declaration) for index, piece in enumerate(pieces))
+            except Fault as fault:
+                raise Fault(f"line {number}: {fault}") from None
             going_on = re.sub(r"!.*", "", line).rstrip().endswith("&")
             out.append(new)
         return "\n".join(out) + "\n"
@@ -110,7 +128,7 @@ def main(arguments):
         source = Source(path.read_text(encoding="utf-8"), path.suffix.lower() in (".f", ".for"))
         text = source.promoted()
         Path(arguments[1]).write_text(text, encoding="utf-8")
-    except (OSError, UnicodeDecodeError) as error:
+    except (Fault, OSError, UnicodeDecodeError) as error:
         sys.exit(f"promote_real8: {error}")
     print(f"{path.name}: {source.declarations} declarations, {source.constants} constants")
 
