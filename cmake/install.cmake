@@ -1,8 +1,20 @@
-# What is installed, and the Debian packages of it: libzorvikrt1 to run programs, libzorvikrt-dev to build
-# them, zorvikrt-tools with zorvikrt-eval.
+# What is installed; packages.cmake makes packages of it.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
+
+# Folders that everyone can enter, whatever the umask of who installs.
+set(CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+# The same bytes whenever and wherever it is made.
+function(compressed from to)
+  execute_process(
+    COMMAND "${Python3_EXECUTABLE}" -c
+      "import gzip, sys; sys.stdout.buffer.write(gzip.compress(open(sys.argv[1], 'rb').read(), 9, mtime=0))"
+      "${PROJECT_SOURCE_DIR}/${from}"
+    OUTPUT_FILE "${to}" COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
 
 set(special)
 if(ZORVIKRT_SPECIAL)
@@ -20,7 +32,7 @@ install(TARGETS zorvikrt zorvikrt_text zorvikrt_cxx ${special} ${arrays} EXPORT 
   ARCHIVE COMPONENT development
   INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 install(DIRECTORY include/zorvikrt DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development)
-install(FILES "${generated}/zorvikrt/entries.h"
+install(FILES "${generated}/zorvikrt/entries.h" "${generated}/zorvikrt/version.h"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
 install(FILES "${fortran_module}" "${fortran_special_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
@@ -31,6 +43,14 @@ if(ZORVIKRT_TOOLS)
   file(RELATIVE_PATH libraries_from_tools "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
   set_target_properties(zorvikrt-eval PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries_from_tools}")
   install(TARGETS zorvikrt-eval RUNTIME COMPONENT tools)
+  set(pages zorvikrt-eval.1)
+  if(NOT WIN32)
+    list(APPEND pages zorvikrt-gfortran.1)
+  endif()
+  foreach(page IN LISTS pages)
+    compressed("docs/man/${page}" "${generated}/${page}.gz")
+    install(FILES "${generated}/${page}.gz" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tools)
+  endforeach()
 endif()
 
 # find_package(zorvikrt)
@@ -52,42 +72,3 @@ string(REGEX REPLACE "/$" "" prefix_from_pc "${prefix_from_pc}")
 configure_file(cmake/zorvikrt.pc.in "${generated}/zorvikrt.pc" @ONLY)
 install(FILES "${generated}/zorvikrt.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
-
-# --- Packages ----------------------------------------------------------------------------------
-if(WIN32 OR NOT PROJECT_IS_TOP_LEVEL)
-  return()
-endif()
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_NAME zorvikrt)
-set(CPACK_PACKAGE_VENDOR "zorvikrt")
-set(CPACK_PACKAGE_CONTACT "The zorvikrt developers <zorvikrt@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "intrinsic functions of a Fortran compiler for x86")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL runtime development)
-if(ZORVIKRT_TOOLS)
-  list(APPEND CPACK_COMPONENTS_ALL tools)
-endif()
-set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
-if(ZORVIKRT_I386)
-  set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE i386)
-else()
-  set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE amd64)
-endif()
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libzorvikrt1)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS libc6)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/cmake/triggers")
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "The shared libraries.")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzorvikrt-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libzorvikrt1 (= ${PROJECT_VERSION})")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-    "Headers for C and C++, the Fortran module as source, and what build systems need to find them.")
-set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME zorvikrt-tools)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libzorvikrt1 (= ${PROJECT_VERSION}), libc6, libstdc++6, libgcc-s1")
-set(CPACK_COMPONENT_TOOLS_DESCRIPTION "zorvikrt-eval, which calls any entry and shows its result to the last bit.")
-include(CPack)

@@ -9,7 +9,7 @@ import sys
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
-from generate_exports import parse, symbols  # noqa: E402
+from generate_exports import SYMBOL_VERSION, parse, symbols  # noqa: E402
 
 
 def run(*command):
@@ -30,14 +30,20 @@ def computing_in_both_units(library):
 def main(list_path, library):
     entries, _ = parse(list_path)
     listed = set(symbols(entries))
-    exported, functions = {}, []
+    exported, functions, versionless = {}, [], []
     for line in run("nm", "-D", "--defined-only", library).splitlines():
         address, kind, name = line.split()
+        name, _, version = name.partition("@@")
+        if name == SYMBOL_VERSION:
+            continue
+        if version != SYMBOL_VERSION:
+            versionless.append(name)
         exported[name] = kind
         if kind == "T":
             functions.append((int(address, 16), name))
     faults = [f"not exported: {name}" for name in sorted(listed - exported.keys())]
     faults += [f"exported, but not in the list: {name}" for name in sorted(exported.keys() - listed)]
+    faults += [f"{name} is not of version {SYMBOL_VERSION}" for name in versionless]
     for entry in entries:
         kinds = "RBD" if entry.kind == "data" else "T"
         for name in symbols([entry]):

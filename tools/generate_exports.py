@@ -303,8 +303,11 @@ def symbols(entries):
     return names
 
 
+SYMBOL_VERSION = "ZORVIKRT_1.0"    # of every name of the first release; a later name gets a node of its own
+
+
 def version_script(entries):
-    return ["{", "  global:"] + [f"    {name};" for name in symbols(entries)] + ["  local: *;", "};"]
+    return [SYMBOL_VERSION + " {", "  global:"] + [f"    {name};" for name in symbols(entries)] + ["  local: *;", "};"]
 
 
 def module_definition(entries):

@@ -72,6 +72,9 @@ size_t zorvikrt_real16_from_chars(const char* first, size_t size, zorvikrt_quad*
 size_t zorvikrt_complex32_from_chars(const char* first, size_t size, zorvikrt_cquad* value,
                                      zorvikrt_reading* reading);
 
+/** The version of this archive, as ZORVIKRT_VERSION_TEXT is that of the headers: "1.0.0". */
+const char* zorvikrt_version(void);
+
 #ifdef __cplusplus
 }
 #endif

@@ -12,6 +12,7 @@
 #define ZORVIKRT_H
 
 #include <stdint.h>
+#include <zorvikrt/version.h>
 
 #if !(defined(__GNUC__) && (defined(__i386__) || defined(__x86_64__)))
 #error "zorvikrt needs an x86 target and a compiler with the GNU extensions"

@@ -458,3 +458,5 @@ std::size_t zorvikrt_complex32_from_chars(const char* first, std::size_t size,
   if (reading != nullptr) *reading = outcome;
   return static_cast<std::size_t>(in.place() - first);
 }
+
+const char* zorvikrt_version(void) { return ZORVIKRT_VERSION_TEXT; }
