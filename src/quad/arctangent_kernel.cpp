@@ -74,9 +74,9 @@ quad angle(const quad& y, const quad& x) {
   const ordinary size = fabs(ordinary{t.hi});
   if (greater_equal(size, 0x1p53) && less(size, plus_infinity.hi))
     return A::sub(quarter_turn(), A::div(x, y));
-  const quad u = tangent(theta);
-  const reg cosine = fcos(load(theta.hi));
+  const reg cosine = fcos(load(theta.hi));  // ahead of the tangent, whose steps run beside it
   const ordinary c = static_cast<ordinary>(stored<double>(cosine * cosine));
+  const quad u = tangent(theta);
   const quad difference = are_ordinary ? direct::sub(u, t) : A::sub(u, t);
   return A::sub(theta, A::mul(difference, c));
 }

@@ -2,20 +2,24 @@
 
 #include "entries.hpp"
 #include "int64/conversions.hpp"
-#include "quad/guards.hpp"
-#include "real/rounding.hpp"
+#include "quad/by_processor.hpp"
+#include "quad/rounding.hpp"
 
 namespace zrt::quads {
 namespace {
 
-using steps = stored_arithmetic;
+using steps = at_entry;
+
+/// An integer of up to 53 bits, exactly.
+[[gnu::always_inline]] inline steps::value value_of(std::uint64_t u) {
+  return load_integer<steps::value>(static_cast<std::int64_t>(u));
+}
 
 /// An unsigned integer, exactly: cut at bit 53 into two exact doubles; the closing sum sorts them.
 quad from_unsigned(std::uint64_t u) {
   constexpr std::uint64_t low_bits = (std::uint64_t{1} << 53) - 1;
-  if (u <= low_bits) return widened(int64::cvtulld(u));
-  const std::uint64_t low = u & low_bits, high = u & ~low_bits;
-  return steps::add(widened(int64::cvtulld(low)), int64::cvtulld(high));
+  if (u <= low_bits) return widened(value_of(u));
+  return steps::add(widened(value_of(u & low_bits)), value_of(u >> 53) * 0x1p53);
 }
 
 /// A signed integer, by its magnitude; a negative one flips both signs, of the zero too.
@@ -41,18 +45,13 @@ std::int64_t to_signed(const quad& a) {
   const int exponent = biased_exponent<double>(image(a.hi));
   if (exponent > last_exponent) return int64::smallest;
   if (!negative(a)) return static_cast<std::int64_t>(magnitude_to_integer(a, exponent));
-  return static_cast<std::int64_t>(-magnitude_to_integer(steps::neg(a), exponent));
+  return static_cast<std::int64_t>(-magnitude_to_integer(stored_arithmetic::neg(a), exponent));
 }
 
 /// The same without a sign: from 2**63 on all ones, a negative operand by its two's complement.
 std::uint64_t to_unsigned(const quad& a) {
   const int exponent = biased_exponent<double>(image(a.hi));
   return exponent > last_exponent ? UINT64_MAX : magnitude_to_integer(a, exponent);
-}
-
-/// Half a unit away from zero, before a truncation. A NaN counts as negative.
-quad half_away(const quad& a) {
-  return greater_equal(load(a.hi), 0.0L) ? steps::add(a, 0.5L) : steps::sub(a, 0.5L);
 }
 
 }  // namespace
@@ -73,13 +72,13 @@ ZRT_VALUE(quad*, ksubq)(quad* result, std::int64_t k, quad a) {
   return put(result, steps::sub(from_signed(k), a));
 }
 ZRT_VALUE(quad*, qmulk)(quad* result, quad a, std::int64_t k) {
-  return put(result, steps::mul(a, from_signed(k)));
+  return by_processor::mul(result, a, from_signed(k));
 }
 ZRT_VALUE(quad*, qdivk)(quad* result, quad a, std::int64_t k) {
-  return put(result, steps::div(a, from_signed(k)));
+  return by_processor::div(result, a, from_signed(k));
 }
 ZRT_VALUE(quad*, kdivq)(quad* result, std::int64_t k, quad a) {
-  return put(result, steps::div(from_signed(k), a));
+  return by_processor::div(result, from_signed(k), a);
 }
 
 ZRT_VALUE(std::int64_t, q2ll)(quad a) { return to_signed(a); }

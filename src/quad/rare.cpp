@@ -1,7 +1,7 @@
 // The operations of REAL*16 on the x87 as functions, for what the arithmetic on doubles does not
 // take.
 
-#include "quad/guards.hpp"
+#include "quad/rounding.hpp"
 
 #if defined(__x86_64__)
 
@@ -23,6 +23,11 @@ quad div(double d, quad b) { return steps::div(load(d), b); }
 quad square_root(quad a) { return steps::square_root(a); }
 quad scaled(quad a, std::int32_t n) { return steps::scaled(a, n); }
 quad scaled_by(quad a, double power) { return steps::scaled_by(a, load(power)); }
+
+quad ceiling(quad a) { return ceiling_by<reg>(a); }
+quad floor(quad a) { return floor_by<reg>(a); }
+quad truncation(quad a) { return truncation_by<reg>(a); }
+quad nearest(quad a) { return nearest_by<reg>(a); }
 
 }  // namespace zrt::quads::rare
 

@@ -9,56 +9,23 @@
 namespace zrt::quads {
 namespace {
 
-using steps = stored_arithmetic;
-
-/// The whole number nearest x, ties away from zero. Keeps the sign of a zero; whole numbers,
-/// infinities and NaNs pass.
-reg nearest_whole(const double& x) {
-  const reg value = load(x), size = fabs(value);
-  if (!less(size, 0x1p52L)) return value;
-  const reg whole = fabs(real::integral_part(x));
-  const reg rounded = greater_equal(size - whole, 0.5L) ? whole + 1.0L : whole;
-  return sign_bit(value) ? fchs(rounded) : rounded;
-}
-
-/// The nearest whole number. Of a whole hi, or a NaN, the low part decides; otherwise it counts
-/// only at a tie of hi, where one that lies toward zero takes the result a step toward zero. A NaN
-/// lo counts as negative there.
-quad nearest(const quad& a) {
-  const reg hi = load(a.hi);
-  const reg q = nearest_whole(a.hi);
-  if (compares_equal(hi, q)) return joined(q, nearest_whole(a.lo));
-  if (fabs(q - hi) == 0.5L) {
-    if (greater(hi, 0.0L)) {
-      if (!greater_equal(load(a.lo), 0.0L)) return widened(q - 1.0L);
-    } else if (greater(load(a.lo), 0.0L)) {
-      return widened(q + 1.0L);
-    }
-  }
-  return widened(q);
-}
-
-/// Half a unit away from zero, before a truncation. A NaN counts as negative.
-quad half_away(const quad& a) {
-  return greater_equal(load(a.hi), 0.0L) ? steps::add(a, 0.5L) : steps::sub(a, 0.5L);
-}
+using steps = at_entry;
 
 /// The nearest 32-bit integer by hi of the sum alone; out of range and NaN give 0x80000000.
 std::int32_t nearest_integer(const quad& a) {
-  return truncated_to_int32(steps::leading(half_away(a)));
+  return truncated_to_int32(stored_arithmetic::leading(half_away(a)));
 }
 
 /// a - b, or zero where that is negative or a NaN.
 quad positive_difference(const quad& a, const quad& b) {
   const quad d = steps::sub(a, b);
-  return greater_equal(steps::leading(d), 0.0L) ? d : zero;
-}
-
-/// a - trunc(a / b) b. The quotient has some 106 bits; beyond, the result is what these steps
-/// leave. A zero or NaN divisor gives the library's NaN.
-quad remainder(const quad& a, const quad& b) {
-  if (is_zero_or_nan(b)) return invalid;
-  return steps::sub(a, steps::mul(truncation(steps::div(a, b)), b));
+#if defined(__x86_64__)
+  // By the image: denormals may count as zeros.
+  const std::uint64_t hi = image(d.hi);
+  return hi <= image(plus_infinity.hi) || hi << 1 == 0 ? d : zero;
+#else
+  return greater_equal(steps::leading(d), 0.0) ? d : zero;
+#endif
 }
 
 }  // namespace
@@ -89,7 +56,7 @@ ZRT_VALUE(quad*, fdiml)(quad* result, quad a, quad b) {
   return put(result, positive_difference(a, b));
 }
 ZRT_VALUE(quad*, fmodl)(quad* result, quad a, quad b) {
-  return put(result, quads::remainder(a, b));
+  return put(result, ZRT_ORDINARY_CALL(remainder, a, b));
 }
 ZRT_VALUE(quad*, frexpl)(quad* result, quad q, std::int32_t* e) {
   const parts taken_apart = significand_and_exponent(q);
