@@ -11,7 +11,8 @@ quad remainder(const quad& a, const quad& b) {
   using A = general;
   if (on_doubles && !is_ordinary<-100, 100>(b)) return x87::remainder(a, b);
   if (is_zero_or_nan(b)) return invalid;
-  return A::sub(a, A::mul(truncation(A::div(a, b)), b));
+  const quad q = A::div(a, b);
+  return A::sub(a, A::mul(on_doubles ? truncation(q) : truncation_by<reg>(q), b));
 }
 
 }  // namespace ZRT_MODEL
