@@ -7,30 +7,34 @@
 namespace zrt::cquads {
 
 ZRT_VALUE(cquad*, cqmul)(cquad* result, cquad x, cquad y) {
-  return put(result, ZRT_ORDINARY_CALL(product, x, y));
+  return put(result, ZRT_ORDINARY_CALL(product, joined(x), joined(y)));
 }
 ZRT_VALUE(cquad*, cqdiv)(cquad* result, cquad x, cquad y) {
-  return put(result, ZRT_ORDINARY_CALL(quotient, x, y));
+  return put(result, ZRT_ORDINARY_CALL(quotient, joined(x), joined(y)));
 }
 ZRT_VALUE(cquad*, csqrtl)(cquad* result, cquad z) {
-  return put(result, ZRT_ORDINARY_CALL(principal_root, z));
+  return put(result, ZRT_ORDINARY_CALL(principal_root, joined(z)));
 }
 ZRT_VALUE(cquad*, cexpl)(cquad* result, cquad z) {
-  return put(result, ZRT_ORDINARY_CALL(exponential, z));
+  return put(result, ZRT_ORDINARY_CALL(exponential, joined(z)));
 }
 ZRT_VALUE(cquad*, clogl)(cquad* result, cquad z) {
-  return put(result, ZRT_ORDINARY_CALL(logarithm, z));
+  return put(result, ZRT_ORDINARY_CALL(logarithm, joined(z)));
 }
-ZRT_VALUE(cquad*, csinl)(cquad* result, cquad z) { return put(result, ZRT_ORDINARY_CALL(sine, z)); }
+ZRT_VALUE(cquad*, csinl)(cquad* result, cquad z) {
+  return put(result, ZRT_ORDINARY_CALL(sine, joined(z)));
+}
 ZRT_VALUE(cquad*, ccosl)(cquad* result, cquad z) {
-  return put(result, ZRT_ORDINARY_CALL(cosine, z));
+  return put(result, ZRT_ORDINARY_CALL(cosine, joined(z)));
 }
 ZRT_VALUE(cquad*, cqtoi)(cquad* result, cquad z, std::int32_t n) {
-  return put(result, ZRT_ORDINARY_CALL(integer_power, z, n));
+  return put(result, ZRT_ORDINARY_CALL(integer_power, joined(z), n));
 }
 ZRT_VALUE(cquad*, cpowl)(cquad* result, cquad z, cquad w) {
-  return put(result, ZRT_ORDINARY_CALL(power, z, w));
+  return put(result, ZRT_ORDINARY_CALL(power, joined(z), joined(w)));
 }
-ZRT_VALUE(quad*, cabsl)(quad* result, cquad z) { return ZRT_ORDINARY_CALL(modulus, result, z); }
+ZRT_VALUE(quad*, cabsl)(quad* result, cquad z) {
+  return ZRT_ORDINARY_CALL(modulus, result, joined(z));
+}
 
 }  // namespace zrt::cquads

@@ -9,9 +9,7 @@ namespace {
 using steps = at_entry;
 
 /// A REAL*8 operand as a value of the entry's steps.
-[[gnu::always_inline]] inline steps::value value(const real8& d) {
-  return load<steps::value>(static_cast<const double&>(d));
-}
+[[gnu::always_inline]] inline steps::value value(const double& d) { return load<steps::value>(d); }
 
 /// The order of two operands by the leading part of their difference.
 template <class Order>
@@ -53,39 +51,47 @@ std::int32_t order(const quad& a, const quad& b) {
 using namespace zrt;
 using namespace zrt::quads;
 
-ZRT_VALUE(quad*, qadd)(quad* result, quad a, quad b) { return put(result, steps::add(a, b)); }
-ZRT_VALUE(quad*, qaddd)(quad* result, quad a, real8 d) {
-  return put(result, steps::add(a, value(d)));
+ZRT_VALUE(quad*, qadd)(quad* result, quad a, quad b) {
+  return put(result, steps::add(joined(a), joined(b)));
 }
-ZRT_VALUE(quad*, qsub)(quad* result, quad a, quad b) { return put(result, steps::sub(a, b)); }
+ZRT_VALUE(quad*, qaddd)(quad* result, quad a, real8 d) {
+  return put(result, steps::add(joined(a), value(joined(d))));
+}
+ZRT_VALUE(quad*, qsub)(quad* result, quad a, quad b) {
+  return put(result, steps::sub(joined(a), joined(b)));
+}
 ZRT_VALUE(quad*, qsubd)(quad* result, quad a, real8 d) {
-  return put(result, steps::sub(a, value(d)));
+  return put(result, steps::sub(joined(a), value(joined(d))));
 }
 ZRT_VALUE(quad*, dsubq)(quad* result, real8 d, quad b) {
-  return put(result, steps::sub(value(d), b));
+  return put(result, steps::sub(value(joined(d)), joined(b)));
 }
-ZRT_VALUE(quad*, qmul)(quad* result, quad a, quad b) { return by_processor::mul(result, a, b); }
+ZRT_VALUE(quad*, qmul)(quad* result, quad a, quad b) {
+  return by_processor::mul(result, joined(a), joined(b));
+}
 ZRT_VALUE(quad*, qmuld)(quad* result, quad a, real8 d) {
-  return by_processor::mul(result, a, value(d));
+  return by_processor::mul(result, joined(a), value(joined(d)));
 }
 ZRT_VALUE(quad*, qmuli)(quad* result, quad a, std::int32_t k) {
   if (k == 1) return as_it_came(result, a);
   if (k == -1) return sign_flipped(result, a);
-  return put(result, steps::mul_integer(a, k));
+  return put(result, steps::mul_integer(joined(a), k));
 }
-ZRT_VALUE(quad*, qdiv)(quad* result, quad a, quad b) { return by_processor::div(result, a, b); }
+ZRT_VALUE(quad*, qdiv)(quad* result, quad a, quad b) {
+  return by_processor::div(result, joined(a), joined(b));
+}
 ZRT_VALUE(quad*, qdivd)(quad* result, quad a, real8 d) {
-  return by_processor::div(result, a, value(d));
+  return by_processor::div(result, joined(a), value(joined(d)));
 }
 ZRT_VALUE(quad*, ddivq)(quad* result, real8 d, quad b) {
-  return by_processor::div(result, value(d), b);
+  return by_processor::div(result, value(joined(d)), joined(b));
 }
 ZRT_VALUE(quad*, qprod)(quad* result, real8 a, real8 b) {
-  return by_processor::product(result, value(a), value(b));
+  return by_processor::product(result, value(joined(a)), value(joined(b)));
 }
 ZRT_VALUE(quad*, qneg)(quad* result, quad a) { return sign_flipped(result, a); }
-ZRT_VALUE(std::int32_t, qcmp)(quad a, quad b) { return condition_bits(a, b); }
-ZRT_VALUE(std::int32_t, qcompare)(quad a, quad b) { return order(a, b); }
+ZRT_VALUE(std::int32_t, qcmp)(quad a, quad b) { return condition_bits(joined(a), joined(b)); }
+ZRT_VALUE(std::int32_t, qcompare)(quad a, quad b) { return order(joined(a), joined(b)); }
 ZRT_VALUE(quad*, ldexpl)(quad* result, quad q, std::int32_t n) {
-  return put(result, steps::scaled(q, n));
+  return put(result, steps::scaled(joined(q), n));
 }

@@ -32,11 +32,20 @@ struct by_processor {
   [[gnu::always_inline]] static quad* product(quad* result, reg a, reg b) {
     return put(result, steps::product(a, b));
   }
-  [[gnu::always_inline]] static quad* mul(quad* result, const auto& a, const auto& b) {
+  [[gnu::always_inline]] static quad* mul(quad* result, const quad& a, const quad& b) {
     return put(result, steps::mul(a, b));
   }
-  [[gnu::always_inline]] static quad* div(quad* result, const auto& a, const auto& b) {
+  [[gnu::always_inline]] static quad* mul(quad* result, const quad& a, reg d) {
+    return put(result, steps::mul(a, d));
+  }
+  [[gnu::always_inline]] static quad* div(quad* result, const quad& a, const quad& b) {
     return put(result, steps::div(a, b));
+  }
+  [[gnu::always_inline]] static quad* div(quad* result, const quad& a, reg d) {
+    return put(result, steps::div(a, d));
+  }
+  [[gnu::always_inline]] static quad* div(quad* result, reg d, const quad& b) {
+    return put(result, steps::div(d, b));
   }
   [[gnu::always_inline]] static quad* square_root(quad* result, const quad& a) {
     return put(result, steps::square_root(a));

@@ -63,24 +63,24 @@ using namespace zrt::quads;
 ZRT_VALUE(quad*, ll2q)(quad* result, std::int64_t k) { return put(result, from_signed(k)); }
 ZRT_VALUE(quad*, ull2q)(quad* result, std::uint64_t k) { return put(result, from_unsigned(k)); }
 ZRT_VALUE(quad*, qaddk)(quad* result, quad a, std::int64_t k) {
-  return put(result, steps::add(a, from_signed(k)));
+  return put(result, steps::add(joined(a), from_signed(k)));
 }
 ZRT_VALUE(quad*, qsubk)(quad* result, quad a, std::int64_t k) {
-  return put(result, steps::sub(a, from_signed(k)));
+  return put(result, steps::sub(joined(a), from_signed(k)));
 }
 ZRT_VALUE(quad*, ksubq)(quad* result, std::int64_t k, quad a) {
-  return put(result, steps::sub(from_signed(k), a));
+  return put(result, steps::sub(from_signed(k), joined(a)));
 }
 ZRT_VALUE(quad*, qmulk)(quad* result, quad a, std::int64_t k) {
-  return by_processor::mul(result, a, from_signed(k));
+  return by_processor::mul(result, joined(a), from_signed(k));
 }
 ZRT_VALUE(quad*, qdivk)(quad* result, quad a, std::int64_t k) {
-  return by_processor::div(result, a, from_signed(k));
+  return by_processor::div(result, joined(a), from_signed(k));
 }
 ZRT_VALUE(quad*, kdivq)(quad* result, std::int64_t k, quad a) {
-  return by_processor::div(result, from_signed(k), a);
+  return by_processor::div(result, from_signed(k), joined(a));
 }
 
-ZRT_VALUE(std::int64_t, q2ll)(quad a) { return to_signed(a); }
-ZRT_VALUE(std::uint64_t, q2ull)(quad a) { return to_unsigned(a); }
-ZRT_VALUE(std::int64_t, kiqnnt)(quad a) { return to_signed(half_away(a)); }
+ZRT_VALUE(std::int64_t, q2ll)(quad a) { return to_signed(joined(a)); }
+ZRT_VALUE(std::uint64_t, q2ull)(quad a) { return to_unsigned(joined(a)); }
+ZRT_VALUE(std::int64_t, kiqnnt)(quad a) { return to_signed(half_away(joined(a))); }

@@ -21,79 +21,90 @@ constexpr quad log10_e = constant(0x3FDBCB7B1526E50E, 0x3C695355BAAAFAC8);
 using namespace zrt;
 using namespace zrt::quads;
 
-ZRT_VALUE(quad*, sqrtl)(quad* result, quad x) { return by_processor::square_root(result, x); }
+ZRT_VALUE(quad*, sqrtl)(quad* result, quad x) {
+  return by_processor::square_root(result, joined(x));
+}
 ZRT_VALUE(quad*, expl)(quad* result, quad x) {
-  return put(result, ZRT_ORDINARY_CALL(exponential, x));
+  return put(result, ZRT_ORDINARY_CALL(exponential, joined(x)));
 }
 ZRT_VALUE(quad*, logl)(quad* result, quad x) {
-  return put(result, ZRT_ORDINARY_CALL(logarithm, x));
+  return put(result, ZRT_ORDINARY_CALL(logarithm, joined(x)));
 }
 ZRT_VALUE(quad*, log10l)(quad* result, quad x) {
-  return by_processor::mul(result, ZRT_ORDINARY_CALL(logarithm, x), log10_e);
+  return by_processor::mul(result, ZRT_ORDINARY_CALL(logarithm, joined(x)), log10_e);
 }
 
-ZRT_VALUE(quad*, sinl)(quad* result, quad x) { return put(result, ZRT_ORDINARY_CALL(sine, x)); }
-ZRT_VALUE(quad*, cosl)(quad* result, quad x) { return put(result, ZRT_ORDINARY_CALL(cosine, x)); }
-ZRT_VALUE(quad*, tanl)(quad* result, quad x) { return put(result, ZRT_ORDINARY_CALL(tangent, x)); }
+ZRT_VALUE(quad*, sinl)(quad* result, quad x) {
+  return put(result, ZRT_ORDINARY_CALL(sine, joined(x)));
+}
+ZRT_VALUE(quad*, cosl)(quad* result, quad x) {
+  return put(result, ZRT_ORDINARY_CALL(cosine, joined(x)));
+}
+ZRT_VALUE(quad*, tanl)(quad* result, quad x) {
+  return put(result, ZRT_ORDINARY_CALL(tangent, joined(x)));
+}
 ZRT_VALUE(quad*, cotl)(quad* result, quad x) {
-  return by_processor::div(result, at_entry::value{1.0}, ZRT_ORDINARY_CALL(tangent, x));
+  return by_processor::div(result, at_entry::value{1.0}, ZRT_ORDINARY_CALL(tangent, joined(x)));
 }
 ZRT_VALUE(quad*, sindl)(quad* result, quad x) {
-  by_processor::mul(result, x, radians_per_degree);
+  by_processor::mul(result, joined(x), radians_per_degree);
   return put(result, ZRT_ORDINARY_CALL(sine, *result));
 }
 ZRT_VALUE(quad*, cosdl)(quad* result, quad x) {
-  by_processor::mul(result, x, radians_per_degree);
+  by_processor::mul(result, joined(x), radians_per_degree);
   return put(result, ZRT_ORDINARY_CALL(cosine, *result));
 }
 ZRT_VALUE(quad*, tandl)(quad* result, quad x) {
-  by_processor::mul(result, x, radians_per_degree);
+  by_processor::mul(result, joined(x), radians_per_degree);
   return put(result, ZRT_ORDINARY_CALL(tangent, *result));
 }
 
-ZRT_VALUE(quad*, asinl)(quad* result, quad x) { return put(result, ZRT_ORDINARY_CALL(arcsine, x)); }
+ZRT_VALUE(quad*, asinl)(quad* result, quad x) {
+  return put(result, ZRT_ORDINARY_CALL(arcsine, joined(x)));
+}
 ZRT_VALUE(quad*, acosl)(quad* result, quad x) {
-  return put(result, ZRT_ORDINARY_CALL(arccosine, x));
+  return put(result, ZRT_ORDINARY_CALL(arccosine, joined(x)));
 }
 ZRT_VALUE(quad*, atanl)(quad* result, quad x) {
-  return put(result, ZRT_ORDINARY_CALL(arctangent, x));
+  return put(result, ZRT_ORDINARY_CALL(arctangent, joined(x)));
 }
 ZRT_VALUE(quad*, atan2l)(quad* result, quad y, quad x) {
-  return put(result, ZRT_ORDINARY_CALL(angle, y, x));
+  return put(result, ZRT_ORDINARY_CALL(angle, joined(y), joined(x)));
 }
 ZRT_VALUE(quad*, asindl)(quad* result, quad x) {
-  return by_processor::mul(result, ZRT_ORDINARY_CALL(arcsine, x), degrees_per_radian);
+  return by_processor::mul(result, ZRT_ORDINARY_CALL(arcsine, joined(x)), degrees_per_radian);
 }
 ZRT_VALUE(quad*, acosdl)(quad* result, quad x) {
-  return by_processor::mul(result, ZRT_ORDINARY_CALL(arccosine, x), degrees_per_radian);
+  return by_processor::mul(result, ZRT_ORDINARY_CALL(arccosine, joined(x)), degrees_per_radian);
 }
 ZRT_VALUE(quad*, atandl)(quad* result, quad x) {
-  return by_processor::mul(result, ZRT_ORDINARY_CALL(arctangent, x), degrees_per_radian);
+  return by_processor::mul(result, ZRT_ORDINARY_CALL(arctangent, joined(x)), degrees_per_radian);
 }
 ZRT_VALUE(quad*, atan2dl)(quad* result, quad y, quad x) {
-  return by_processor::mul(result, ZRT_ORDINARY_CALL(angle, y, x), degrees_per_radian);
+  return by_processor::mul(result, ZRT_ORDINARY_CALL(angle, joined(y), joined(x)),
+                           degrees_per_radian);
 }
 
 ZRT_VALUE(quad*, sinhl)(quad* result, quad x) {
-  return put(result, ZRT_ORDINARY_CALL(hyperbolic_sine, x));
+  return put(result, ZRT_ORDINARY_CALL(hyperbolic_sine, joined(x)));
 }
 ZRT_VALUE(quad*, coshl)(quad* result, quad x) {
-  return put(result, ZRT_ORDINARY_CALL(hyperbolic_cosine, x));
+  return put(result, ZRT_ORDINARY_CALL(hyperbolic_cosine, joined(x)));
 }
 ZRT_VALUE(quad*, tanhl)(quad* result, quad x) {
-  return put(result, ZRT_ORDINARY_CALL(hyperbolic_tangent, x));
+  return put(result, ZRT_ORDINARY_CALL(hyperbolic_tangent, joined(x)));
 }
 
 ZRT_VALUE(quad*, powli)(quad* result, quad x, std::int32_t n) {
-  return ZRT_ORDINARY_CALL(integer_power, result, x, n);
+  return ZRT_ORDINARY_CALL(integer_power, result, joined(x), n);
 }
 ZRT_VALUE(quad*, powlk)(quad* result, quad x, std::int64_t n) {
-  return ZRT_ORDINARY_CALL(integer_power, result, x, n);
+  return ZRT_ORDINARY_CALL(integer_power, result, joined(x), n);
 }
 ZRT_VALUE(quad*, powl)(quad* result, quad x, quad y) {
-  return ZRT_ORDINARY_CALL(power, result, x, y);
+  return ZRT_ORDINARY_CALL(power, result, joined(x), joined(y));
 }
 ZRT_VALUE(quad*, powld)(quad* result, quad x, real8 d) {
   const quad y = widened(load(static_cast<const double&>(d)));
-  return ZRT_ORDINARY_CALL(power, result, x, y);
+  return ZRT_ORDINARY_CALL(power, result, joined(x), y);
 }

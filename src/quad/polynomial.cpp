@@ -8,10 +8,10 @@ using namespace zrt::quads;
 
 ZRT_VALUE(quad*, polyN)(quad* result, quad x, const quad* c, std::int32_t n) {
   if (n <= 0) return as_it_came(result, c[0]);
-  return put(result, ZRT_ORDINARY_CALL(evaluated, x, c, n));
+  return put(result, ZRT_ORDINARY_CALL(evaluated, joined(x), c, n));
 }
 ZRT_VALUE(quad*, polyD)(quad* result, quad x, const quad* c, std::int32_t n) {
-  return put(result, ZRT_ORDINARY_CALL(evaluated_monic, x, c, n));
+  return put(result, ZRT_ORDINARY_CALL(evaluated_monic, joined(x), c, n));
 }
 // A zero or NaN modulus gives the library's NaN and leaves the quotient as it was; a quotient
 // beyond 32 bits gives 0x80000000. Whole already, it is the same in every rounding mode.
@@ -20,7 +20,7 @@ ZRT_VALUE(void, qmodr)(quad x, quad y, std::int32_t* quotient, quad* remainder) 
     *remainder = invalid;
     return;
   }
-  const reduction reduced = reduce(x, y);
+  const reduction reduced = reduce(joined(x), joined(y));
   *quotient = fistp32(reduced.quotient);
   *remainder = reduced.remainder;
 }

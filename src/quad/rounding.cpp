@@ -11,6 +11,49 @@ namespace {
 
 using steps = at_entry;
 
+enum class toward { zero, below, above, nearest };
+
+/// On i386 a leading part with a fraction cut by its words, where the general way would wait for
+/// 64-bit loads of a caller's 32-bit stores; false leaves the result to that way. Ties of the
+/// nearest number and whole leading parts are decided by the low part. All but the nearest raise
+/// inexact, as their truncations do.
+template <toward direction>
+[[gnu::always_inline]] inline bool is_cut_by_words([[maybe_unused]] quad* result,
+                                                   [[maybe_unused]] const quad& a) {
+#if defined(__i386__)
+  constexpr std::uint64_t fraction = (std::uint64_t{1} << layout<double>::fraction_bits) - 1;
+  constexpr std::uint64_t one_image = std::uint64_t{layout<double>::bias}
+                                      << layout<double>::fraction_bits;
+  const std::uint64_t bits = image(a.hi);
+  const auto high = static_cast<std::uint32_t>(bits >> 32);
+  const int e = exponent_of(a.hi);
+  if (!processor::has_sse2 || e >= layout<double>::fraction_bits || e < -1022) return false;
+  const bool is_negative = high >> 31 != 0;
+  const bool away = direction == toward::below   ? is_negative
+                    : direction == toward::above ? !is_negative
+                                                 : false;
+  std::uint64_t whole;
+  if (e < 0) {
+    const std::uint64_t sign = std::uint64_t{high & 0x80000000u} << 32;
+    if (direction == toward::nearest && e == -1 && (bits & fraction) == 0) return false;
+    whole = sign | (away || (direction == toward::nearest && e == -1) ? one_image : 0);
+  } else {
+    const std::uint64_t mask = fraction >> e, rest = bits & mask, half = (mask >> 1) + 1;
+    if (rest == 0 || (direction == toward::nearest && rest == half)) return false;
+    whole = (bits + (direction == toward::nearest ? half : away ? mask : 0)) & ~mask;
+  }
+  if (direction != toward::nearest) {
+    static constexpr float tiny = 0x1p-100F;
+    asm volatile("fld1\n\tfadds %0\n\tfstp %%st(0)" : : "m"(tiny));
+  }
+  join_words(&result->hi, &whole);
+  result->lo = 0.0;
+  return true;
+#else
+  return false;
+#endif
+}
+
 /// The nearest 32-bit integer by hi of the sum alone; out of range and NaN give 0x80000000.
 std::int32_t nearest_integer(const quad& a) {
   return truncated_to_int32(stored_arithmetic::leading(half_away(a)));
@@ -34,16 +77,32 @@ quad positive_difference(const quad& a, const quad& b) {
 using namespace zrt;
 using namespace zrt::quads;
 
-ZRT_VALUE(quad*, qint)(quad* result, quad a) { return put(result, truncation(a)); }
-ZRT_VALUE(quad*, qnint)(quad* result, quad a) { return put(result, nearest(a)); }
-ZRT_VALUE(std::int32_t, iqnint)(quad a) { return nearest_integer(a); }
-ZRT_VALUE(std::int32_t, jiqnnt)(quad a) { return nearest_integer(a); }
+ZRT_VALUE(quad*, qint)(quad* result, quad a) {
+  if (is_cut_by_words<toward::zero>(result, a)) return result;
+  return put(result, truncation(joined(a)));
+}
+ZRT_VALUE(quad*, qnint)(quad* result, quad a) {
+  if (is_cut_by_words<toward::nearest>(result, a)) return result;
+  return put(result, nearest(joined(a)));
+}
+ZRT_VALUE(std::int32_t, iqnint)(quad a) { return nearest_integer(joined(a)); }
+ZRT_VALUE(std::int32_t, jiqnnt)(quad a) { return nearest_integer(joined(a)); }
 // The low 16 bits: nothing saturates.
-ZRT_VALUE(std::int32_t, iiqnnt)(quad a) { return static_cast<std::int16_t>(nearest_integer(a)); }
-ZRT_VALUE(quad*, ceill)(quad* result, quad a) { return put(result, ceiling(a)); }
-ZRT_VALUE(quad*, floorl)(quad* result, quad a) { return put(result, quads::floor(a)); }
-ZRT_VALUE(std::int32_t, iceill)(quad a) { return truncated_to_int32(load(ceiling(a).hi)); }
-ZRT_VALUE(std::int32_t, ifloorl)(quad a) { return truncated_to_int32(load(quads::floor(a).hi)); }
+ZRT_VALUE(std::int32_t, iiqnnt)(quad a) {
+  return static_cast<std::int16_t>(nearest_integer(joined(a)));
+}
+ZRT_VALUE(quad*, ceill)(quad* result, quad a) {
+  if (is_cut_by_words<toward::above>(result, a)) return result;
+  return put(result, ceiling(joined(a)));
+}
+ZRT_VALUE(quad*, floorl)(quad* result, quad a) {
+  if (is_cut_by_words<toward::below>(result, a)) return result;
+  return put(result, quads::floor(joined(a)));
+}
+ZRT_VALUE(std::int32_t, iceill)(quad a) { return truncated_to_int32(load(ceiling(joined(a)).hi)); }
+ZRT_VALUE(std::int32_t, ifloorl)(quad a) {
+  return truncated_to_int32(load(quads::floor(joined(a)).hi));
+}
 
 ZRT_VALUE(quad*, fabsl)(quad* result, quad a) {
   return negative(a) ? sign_flipped(result, a) : as_it_came(result, a);
@@ -53,10 +112,10 @@ ZRT_VALUE(quad*, copysignl)(quad* result, quad x, quad y) {
   return has_sign == negative(y) ? as_it_came(result, x) : sign_flipped(result, x);
 }
 ZRT_VALUE(quad*, fdiml)(quad* result, quad a, quad b) {
-  return put(result, positive_difference(a, b));
+  return put(result, positive_difference(joined(a), joined(b)));
 }
 ZRT_VALUE(quad*, fmodl)(quad* result, quad a, quad b) {
-  return put(result, ZRT_ORDINARY_CALL(remainder, a, b));
+  return put(result, ZRT_ORDINARY_CALL(remainder, joined(a), joined(b)));
 }
 ZRT_VALUE(quad*, frexpl)(quad* result, quad q, std::int32_t* e) {
   const parts taken_apart = significand_and_exponent(q);

@@ -59,7 +59,7 @@ struct whole<double> {
 
 /// A whole leading part with the whole part of lo added. A sum that is a NaN counts as unchanged.
 template <class V>
-[[gnu::always_inline]] inline quad joined(V whole, V low) {
+[[gnu::always_inline]] inline quad sum_of_wholes(V whole, V low) {
   const V s = whole + low;
   if (compares_equal(s, whole)) return {static_cast<double>(whole), static_cast<double>(low)};
   return {static_cast<double>(s), static_cast<double>((whole - s) + low)};
@@ -71,13 +71,13 @@ template <class V>
 [[gnu::always_inline]] inline quad ceiling_by(const quad& a) {
   const V h = whole<V>::ceiling(a.hi);
   if (!compares_equal(load<V>(a.hi), h)) return widened(h);
-  return joined(h, whole<V>::ceiling(a.lo));
+  return sum_of_wholes(h, whole<V>::ceiling(a.lo));
 }
 template <class V>
 [[gnu::always_inline]] inline quad floor_by(const quad& a) {
   const V h = whole<V>::floor(a.hi);
   if (!compares_equal(load<V>(a.hi), h)) return widened(h);
-  return joined(h, whole<V>::floor(a.lo));
+  return sum_of_wholes(h, whole<V>::floor(a.lo));
 }
 
 /// Truncation toward zero; a NaN goes by the ceiling.
@@ -93,7 +93,7 @@ template <class V>
       if (h != hi) return widened(h);
     }
     const double h = hi + 0.0;  // a zero is +0.0
-    return joined(h, hi >= 0.0 ? whole<V>::floor(a.lo) : whole<V>::ceiling(a.lo));
+    return sum_of_wholes(h, hi >= 0.0 ? whole<V>::floor(a.lo) : whole<V>::ceiling(a.lo));
   }
 }
 
@@ -104,7 +104,7 @@ template <class V>
 [[gnu::always_inline]] inline quad nearest_by(const quad& a) {
   const V hi = load<V>(a.hi);
   const V q = whole<V>::nearest(a.hi);
-  if (compares_equal(hi, q)) return joined(q, whole<V>::nearest(a.lo));
+  if (compares_equal(hi, q)) return sum_of_wholes(q, whole<V>::nearest(a.lo));
   if (fabs(q - hi) == 0.5) {
     if (greater(hi, 0.0)) {
       if (!greater_equal(load<V>(a.lo), 0.0)) return widened(q - 1.0);

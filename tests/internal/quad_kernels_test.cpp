@@ -5,7 +5,9 @@
 
 #include <random>
 
+#include "entries.hpp"
 #include "quad/guards.hpp"
+#include "support/quad_operands.hpp"
 #include "support/quad_results.hpp"
 #include "support/x87_state.hpp"
 
@@ -187,6 +189,49 @@ TEST(QuadWays, GiveTheSameZeros) {
   std::size_t next = 0;
   expect_same<direct_arithmetic<reg>>(static_cast<int>(pairs.size()),
                                       [&] { return pairs[next++ % pairs.size()]; });
+}
+
+// Parts that overlap leave the square anything: under a directed rounding the terms may stay.
+TEST(QuadSeries, EndsUnderEveryRounding) {
+  const quad overlapping{0x1.e69deab2e9183p+44, -0x1.e69deab2e917ep+44};
+  for (const std::uint16_t word : {0x067F, 0x0A7F, 0x0E7F}) {
+    const under_word scope(word);
+    quad r;
+    cquad z;
+    __zorvik_sinhl(&r, overlapping);
+    __zorvik_csinl(&z, {one, overlapping});
+    __zorvik_ccosl(&z, {one, overlapping});
+  }
+}
+
+// The words of the operands joined or loaded as they are, whole numbers cut by words or by values.
+TEST(QuadEntries, AreTheSameWithoutSse2) {
+  const bool has_sse2 = processor::has_sse2;
+  operand_source from{std::mt19937_64(9)};
+  const auto outcomes = [](const quad& a, const quad& b) {
+    std::vector<std::string> all;
+    for (quad* (*entry)(quad*, quad) :
+         {__zorvik_qint, __zorvik_qnint, __zorvik_ceill, __zorvik_floorl, __zorvik_sqrtl}) {
+      quad r;
+      clear_flags();
+      all.push_back(testing::PrintToString(image_of_quad(*entry(&r, a))) +
+                    testing::PrintToString(flags() & ~DE));
+    }
+    for (quad* (*entry)(quad*, quad, quad) : {__zorvik_qadd, __zorvik_qmul, __zorvik_qdiv}) {
+      quad r;
+      clear_flags();
+      all.push_back(testing::PrintToString(image_of_quad(*entry(&r, a, b))) +
+                    testing::PrintToString(flags() & ~DE));
+    }
+    return all;
+  };
+  for (int i = 0; i < 20000; ++i) {
+    const quad a = from.number(-3, 60), b = from.partner(a, -3, 60);
+    processor::has_sse2 = false;
+    const auto expected = outcomes(a, b);
+    processor::has_sse2 = has_sse2;
+    ASSERT_EQ(outcomes(a, b), expected) << image_of_quad(a) << ' ' << image_of_quad(b);
+  }
 }
 
 TEST(QuadScaling, RoundsOnceAtTheStore) {
