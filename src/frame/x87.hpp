@@ -98,6 +98,12 @@ template <format F>
   return static_cast<int>(bits >> layout<F>::fraction_bits) & layout<F>::exponent_mask;
 }
 
+/// The same as the exponent of two of a normal number.
+template <format F>
+[[gnu::always_inline]] inline int unbiased_exponent(image_of<F> bits) {
+  return biased_exponent<F>(bits) - layout<F>::bias;
+}
+
 /// `fild` of a 64-bit integer: exact.
 [[gnu::always_inline]] inline reg load_integer(const std::int64_t& value) {
   reg result;

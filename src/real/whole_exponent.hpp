@@ -10,7 +10,7 @@ namespace zrt::real {
 /// and from 2**21 (REAL*4: 2**24) on a power of two.
 inline bool whole_by_leading_bits(const double& y) {
   const auto bits = image(y);
-  const std::int32_t exponent = biased_exponent<double>(bits) - layout<double>::bias;
+  const std::int32_t exponent = unbiased_exponent<double>(bits);
   const auto low = static_cast<std::uint32_t>(bits);
   const auto high = static_cast<std::uint32_t>(bits >> 32) & 0xFFFFF;
   if (exponent < 0 || exponent > 30 || low != 0) return false;
@@ -18,7 +18,7 @@ inline bool whole_by_leading_bits(const double& y) {
 }
 inline bool whole_by_leading_bits(const float& y) {
   const auto bits = image(y);
-  const std::int32_t exponent = biased_exponent<float>(bits) - layout<float>::bias;
+  const std::int32_t exponent = unbiased_exponent<float>(bits);
   const std::uint32_t fraction = bits & 0x7FFFFF;
   if (exponent < 0 || exponent > 30) return false;
   return fraction == 0 || (exponent <= 23 && (fraction & (0x7FFFFFu >> exponent)) == 0);

@@ -109,7 +109,8 @@ TEST(Sections, GiveAWholeNumberInBothForms) {
     processor::has_fisttp = fisttp;
     for (const reg x :
          {0.0L, -0.0L, 0.9L, -0.9L, 1.0L, -1234567.8L, 0x1p31L - 0.5L, 0.5L - 0x1p31L}) {
-      const whole_number whole = truncated_whole(x);
+      std::int32_t slot;
+      const whole_number<reg> whole = truncated_whole(x, slot);
       EXPECT_EQ(whole.integer, plain::truncated_to_int32(x)) << x;
       EXPECT_EQ(register_image(whole.value), register_image(load_integer(whole.integer))) << x;
     }
