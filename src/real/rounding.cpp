@@ -8,6 +8,7 @@
 
 #include "entries.hpp"
 #include "real/evaluation.hpp"
+#include "real/ordinary.hpp"
 
 namespace zrt::real {
 namespace {
@@ -46,12 +47,33 @@ reg remainder(const F& a, const F& p) {
 
 /// |x| + 0.5 truncated, with the sign of x: ties away from zero. The sum rounds to 53 bits, which
 /// in REAL*8 carries the largest value below 0.5 to 1.0. A NaN passes, -0.0 gives +0.0.
-template <format F>
-reg nearest_whole(const F& x) {
-  const reg value = load(x);
-  const bool negative = greater(0.0L, value);
-  const reg rounded = negated_if(negative, truncated(negated_if(negative, value) + 0.5L));
+template <class V, format F>
+[[gnu::always_inline]] inline V nearest_whole(const F& x) {
+  const V value = load<V>(x);
+  const bool negative = less(value, 0.0);
+  const V rounded = negated_if(negative, truncated(negated_if(negative, value) + 0.5));
   return stored<F>(rounded);
+}
+
+/// Ordinary: what a 64-bit integer holds.
+template <format F>
+bool is_ordinary(const F& x) {
+  return zero_or_between(x, smallest_normal<F>, F{0x1p52});
+}
+template <format F>
+result<F> nearest_whole_of(const F& x) {
+  return evaluated<F>(
+      is_ordinary(x), []<class V>(const F& a) { return nearest_whole<V>(a); }, x);
+}
+template <format F>
+result<F> floor_of(const F& x) {
+  return evaluated<F>(
+      is_ordinary(x), []<class V>(const F& a) { return floor(load<V>(a)); }, x);
+}
+template <format F>
+result<F> ceiling_of(const F& x) {
+  return evaluated<F>(
+      is_ordinary(x), []<class V>(const F& a) { return ceiling(load<V>(a)); }, x);
 }
 
 /// The nearest 32-bit integer, ties away from zero; out of range and NaN give 0x80000000.
@@ -92,8 +114,8 @@ ZRT_VALUE(real8_result, dprod)(real4 a, real4 b) { return returned<double>(load(
 ZRT_VALUE(real8_result, dmod)(real8 a, real8 p) { return returned<double>(remainder(a, p)); }
 ZRT_VALUE(real4_result, amod)(real4 a, real4 p) { return returned<float>(remainder(a, p)); }
 
-ZRT_VALUE(real8_result, dnint)(real8 x) { return returned<double>(nearest_whole(x)); }
-ZRT_VALUE(real4_result, anint)(real4 x) { return returned<float>(nearest_whole(x)); }
+ZRT_VALUE(real8_result, dnint)(real8 x) { return nearest_whole_of(x); }
+ZRT_VALUE(real4_result, anint)(real4 x) { return nearest_whole_of(x); }
 
 ZRT_VALUE(std::int32_t, idnint)(real8 x) { return nearest_integer(x); }
 ZRT_VALUE(std::int32_t, jidnnt)(real8 x) { return nearest_integer(x); }
@@ -102,12 +124,12 @@ ZRT_VALUE(std::int32_t, nint)(real4 x) { return nearest_integer(x); }
 ZRT_VALUE(std::int32_t, jnint)(real4 x) { return nearest_integer(x); }
 ZRT_VALUE(std::int32_t, inint)(real4 x) { return low_half(nearest_integer(x)); }
 
-ZRT_VALUE(real8_result, f90floor)(real8 x) { return returned<double>(floor(load(x))); }
-ZRT_VALUE(real4_result, f90floorf)(real4 x) { return returned<float>(floor(load(x))); }
+ZRT_VALUE(real8_result, f90floor)(real8 x) { return floor_of(x); }
+ZRT_VALUE(real4_result, f90floorf)(real4 x) { return floor_of(x); }
 ZRT_VALUE(std::int32_t, idfloor)(real8 x) { return truncated_to_int32(floor(load(x))); }
 ZRT_VALUE(std::int32_t, ifloor)(real4 x) { return truncated_to_int32(floor(load(x))); }
 
-ZRT_VALUE(real8_result, f90ceil)(real8 x) { return returned<double>(ceiling(load(x))); }
-ZRT_VALUE(real4_result, f90ceilf)(real4 x) { return returned<float>(ceiling(load(x))); }
+ZRT_VALUE(real8_result, f90ceil)(real8 x) { return ceiling_of(x); }
+ZRT_VALUE(real4_result, f90ceilf)(real4 x) { return ceiling_of(x); }
 ZRT_VALUE(std::int32_t, idceil)(real8 x) { return truncated_to_int32(ceiling(load(x))); }
 ZRT_VALUE(std::int32_t, iceil)(real4 x) { return truncated_to_int32(ceiling(load(x))); }

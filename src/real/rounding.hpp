@@ -30,24 +30,30 @@ inline reg integral_part(const F& x) {
 }
 
 /// Floor of a positive operand.
-inline reg floor_of_positive(reg x) { return truncated(x); }
+template <class V>
+[[gnu::always_inline]] inline V floor_of_positive(V x) {
+  return truncated(x);
+}
 
 /// Ceiling of a positive operand.
-inline reg ceiling_of_positive(reg x) {
-  const reg t = truncated(x);
-  return t == x ? t : t + 1.0L;
+template <class V>
+[[gnu::always_inline]] inline V ceiling_of_positive(V x) {
+  const V t = truncated(x);
+  return t == x ? t : t + 1.0;
 }
 
 /// Floor. Zeros of either sign and NaNs give +0.0; infinities pass.
-inline reg floor(reg x) {
-  if (compares_equal(x, 0.0L)) return 0.0L;
-  return less(x, 0.0L) ? fchs(ceiling_of_positive(fchs(x))) : floor_of_positive(x);
+template <class V>
+[[gnu::always_inline]] inline V floor(V x) {
+  if (compares_equal(x, 0.0)) return 0.0;
+  return less(x, 0.0) ? fchs(ceiling_of_positive(fchs(x))) : floor_of_positive(x);
 }
 
 /// Ceiling. Zeros of either sign and NaNs give +0.0, a negative fraction -0.0; infinities pass.
-inline reg ceiling(reg x) {
-  if (compares_equal(x, 0.0L)) return 0.0L;
-  return less(x, 0.0L) ? fchs(floor_of_positive(fchs(x))) : ceiling_of_positive(x);
+template <class V>
+[[gnu::always_inline]] inline V ceiling(V x) {
+  if (compares_equal(x, 0.0)) return 0.0;
+  return less(x, 0.0) ? fchs(floor_of_positive(fchs(x))) : ceiling_of_positive(x);
 }
 
 }  // namespace zrt::real
