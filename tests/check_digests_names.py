@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The comparison of digests names the entry that differs, and leaves outputs of other sources aside.
+"""The comparison of digests names the entry that differs, whatever it is held against.
 
 usage: check_digests_names.py CHECK_DIGESTS
 """
@@ -15,32 +15,34 @@ def main(checker):
         (source / "src").mkdir()
         kernel = source / "src" / "kernel.cpp"
         kernel.write_text("one\n")
+        reference = source / "reference.txt"
+        reference.write_text("# head\n\n[arithmetic]\nfive 5\ndint 01 11 21\ndabs 02 12 22\n\n[Nobody 1]\ndtod 07 17 27\n")
 
-        def run(name, text, code=0):
-            return subprocess.run(
-                [sys.executable, checker, folder, source / name, source / "a", source / "b", "--",
-                 sys.executable, "-c", f"print({text!r}); raise SystemExit({code})"],
-                capture_output=True, text=True)
+        def run(said, name="a", code=0, words=()):
+            files = words or (reference, source / name, source, source / "a", source / "b")
+            done = subprocess.run([sys.executable, checker, *files, "--", sys.executable, "-c",
+                                   f"print({said!r}); raise SystemExit({code})"], capture_output=True, text=True)
+            return done.returncode, done.stdout + done.stderr
 
-        first = run("a", "dint 01\ndabs 02")
-        assert first.returncode == 0, first.stdout
-        same = run("b", "dint 01\ndabs 02")
-        assert same.returncode == 0 and "0 differences" in same.stdout, same.stdout
-        other = run("b", "dint 01\ndabs 03\nsqrt 04")
-        assert other.returncode == 1, other.stdout
-        assert "dabs: 03 here, 02 there" in other.stdout, other.stdout
-        assert "sqrt: 04 here, missing there" in other.stdout, other.stdout
-        assert "dint" not in other.stdout, other.stdout
-        wider = run("b", "dint 01 11\ndabs 02 12")
-        assert wider.returncode == 0, wider.stdout
-        register = run("a", "dint 01 10\ndabs 02 12")
-        assert register.returncode == 1 and "dint: 10 here, 11 there" in register.stdout, register.stdout
-        assert "dabs" not in register.stdout, register.stdout
-        failed = run("b", "dint 01", 3)
-        assert failed.returncode == 1 and "ended with 3" in failed.stderr, failed.stderr
+        def expect(outcome, status, *pieces):
+            assert outcome[0] == status and all(piece in outcome[1] for piece in pieces), outcome
+
+        expect(run("five 5\ndint 01\ndabs 02\ndtod 08"), 0, "0 differences", "1 entries have no reference")
+        expect(run("five 5\ndint 01 11 21\ndabs 02 12 23\ndtod 08 1 2"), 1, "dabs: flags 23, not 22")
+        expect(run("five 5\ndint 01\ndtod 08"), 1, "dabs: results missing, not 02")
+        expect(run("five 5\ndint 01\ndabs 02\ndtod 08", "a"), 0)
+        expect(run("five 5\ndint 01\ndabs 02\ndtod 09", "b"), 1, "dtod: results 09, not 08")
         kernel.write_text("two\n")
-        stale = run("b", "dint 05\ndabs 02")
-        assert stale.returncode == 0 and "other sources" in stale.stdout, stale.stdout
+        expect(run("five 5\ndint 01\ndabs 02\ndtod 09", "b"), 0, "other sources")
+        expect(run("dint 01", code=3), 1, "ended with 3")
+        expect(run("dint 01", words=("--renew",)), 1, "usage")
+        expect(run("dint 01", words=("--renew", reference)), 1, "only a 32-bit program")
+        expect(run("five 5\ndint 01 11 21\ndabs 02 12 22\ndtod 32 1 2", words=("--renew", reference)), 0)
+        assert "[Nobody 1]\ndtod 07" in reference.read_text(), reference.read_text()
+        expect(run("five 5\ndint 31 1 2\ndtod 32 1 2\nnew 33 1 2", words=("--renew", reference)), 0)
+        text = reference.read_text()
+        assert text.startswith("# head\n") and text.index("new 33") < text.index("dtod 32"), text
+        assert "Nobody" not in text, text
     return 0
 
 

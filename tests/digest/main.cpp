@@ -1,22 +1,37 @@
 // Prints one line for each export: its name and a digest of its results over fixed operands; where
-// REAL results travel on the FPU stack, also one of their 80-bit images. The builds compute the
-// same results, so they print the same lines.
+// REAL results travel on the FPU stack, also those of their 80-bit images and of the exception
+// flags.
 //
-//   zorvikrt_digest                  all lines
+//   zorvikrt_digest [--calls N] [--without fma|fisttp]
 //   zorvikrt_digest --trace NAME     each call of one entry, operands and result in hexadecimal
+//
+// N calls of every entry instead of the usual number; `--without`, in the program that is linked
+// from the library's objects, takes the ways for a processor that lacks these instructions.
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
 #include "support/entry_table.hpp"
 #include "zorvikrt/zorvikrt.h"
+#if defined(ZRT_INSIDE)
+#include "frame/processor.hpp"
+#endif
 
 using namespace support;
 
 namespace {
 
-constexpr int calls_of_each = 6000;
+/// So many that a unit in the last place of a coefficient shows, and that all take some seconds.
+/// The forms of an entry differ in their operands' way alone.
+int calls_of(const entry& e) {
+  if (e.kind == form::reference) return 1000;
+  const std::string_view family = e.family;
+  if (family.starts_with("real/")) return 200000;
+  if (family.starts_with("quad/") || family.starts_with("cquad/")) return 20000;
+  return 6000;
+}
 
 /// A reference entry is called with the operands of its value entry.
 std::uint64_t seed_of(std::string_view name) {
@@ -44,17 +59,19 @@ std::string hexadecimal(std::uint64_t value, int digits) {
   return std::string(text, static_cast<std::size_t>(digits));
 }
 
+constexpr unsigned denormal = 2;  // a load or a copy of the compiler's raises it, or none
+
 struct digests {
-  hash results, registers;
+  hash results, registers, flags;
 };
 
-digests digests_of(const explorer::entry& e, bool trace) {
+digests digests_of(const entry& e, int calls, bool trace) {
   generator random(seed_of(e.name));
   digests sums;
   tuple call;
   const bool writes = e.codes.find_first_of("AmIQ") != std::string_view::npos;
   const int result_size = e.result == 'b' || e.result == 'w' ? 4 : size_of(e.result);
-  for (int i = 0; i < calls_of_each; ++i) {
+  for (int i = 0; i < calls; ++i) {
     support::draw(e, random, call);
     std::string line;
     if (trace)
@@ -67,6 +84,8 @@ digests digests_of(const explorer::entry& e, bool trace) {
     hash& sum = sums.results;
     sum(out.result.bytes.data(), static_cast<std::size_t>(result_size));
     if (out.in_register) sums.registers(out.register_image.data(), out.register_image.size());
+    const unsigned flags = out.flags & ~denormal;
+    sums.flags(&flags, 1);
     if (writes) {
       sum(call.room.target.data(), call.room.target.size());
       sum(call.room.integers.data(), sizeof call.room.integers);
@@ -85,32 +104,62 @@ digests digests_of(const explorer::entry& e, bool trace) {
   return sums;
 }
 
+[[noreturn]] void refuse(const std::string& why) {
+  std::fprintf(stderr,
+               "zorvikrt_digest: %s; usage: zorvikrt_digest [--calls N] [--without fma|fisttp]"
+               " | --trace NAME\n",
+               why.c_str());
+  std::exit(2);
+}
+
+void take_away(const std::string& instructions) {
+#if defined(ZRT_INSIDE)
+  if (instructions == "fma" || instructions == "fisttp") {
+    (instructions == "fma" ? zrt::processor::has_fma : zrt::processor::has_fisttp) = false;
+    return;
+  }
+#endif
+  refuse("this program has no way without '" + instructions + "'");
+}
+
+void trace(const std::string& name) {
+  for (const entry& e : all_entries())
+    if (name == e.name) {
+      digests_of(e, calls_of(e), true);
+      return;
+    }
+  refuse("there is no entry '" + name + "'");
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   zorvikrt_set_thread_state();
-  const bool trace = count == 3 && std::strcmp(arguments[1], "--trace") == 0;
-  if (count != 1 && !trace) {
-    std::fputs("usage: zorvikrt_digest [--trace NAME]\n", stderr);
-    return 2;
-  }
-  if (trace) {
-    for (const explorer::entry& e : explorer::entries())
-      if (std::strcmp(e.name, arguments[2]) == 0) {
-        digests_of(e, true);
-        return 0;
-      }
-    std::fprintf(stderr, "zorvikrt_digest: there is no entry %s\n", arguments[2]);
-    return 2;
+  int calls = 0;
+  for (int i = 1; i < count; i += 2) {
+    const std::string option = arguments[i];
+    if (i + 1 == count) refuse(option + " needs a value");
+    const std::string value = arguments[i + 1];
+    if (option == "--trace") {
+      trace(value);
+      return 0;
+    }
+    if (option == "--without")
+      take_away(value);
+    else if (option != "--calls")
+      refuse("unknown option '" + option + "'");
+    else if ((calls = std::atoi(value.c_str())) <= 0)
+      refuse("'" + value + "' is no number of calls");
   }
   for (const explorer::constant& c : explorer::constants())
     std::printf("%s %s\n", c.name, hexadecimal(c.bits, c.width / 4).c_str());
-  for (const explorer::entry& e : explorer::entries()) {
-    const digests sums = digests_of(e, false);
+  for (const entry& e : all_entries()) {
+    const digests sums = digests_of(e, calls != 0 ? calls : calls_of(e), false);
     std::printf("%s %s", e.name, hexadecimal(sums.results.value(), 16).c_str());
 #if defined(__i386__)
-    if (e.result == 'f' || e.result == 'd')
-      std::printf(" %s", hexadecimal(sums.registers.value(), 16).c_str());
+    const bool real = e.result == 'f' || e.result == 'd';
+    std::printf(" %s %s", real ? hexadecimal(sums.registers.value(), 16).c_str() : "-",
+                hexadecimal(sums.flags.value(), 16).c_str());
 #endif
     std::puts("");
   }
