@@ -55,8 +55,8 @@
     iomsg = 'no ' // type_name // ' in "' // trim(adjustl(string)) // '"'
   end subroutine refuse
 
-  ! Subroutines instead of functions of deferred length: gfortran 12 keeps the length of such a result in
-  ! static storage of the caller, which threads would share.
+  ! No functions of deferred length: gfortran 12 keeps the length of such a result in static storage of the
+  ! caller, which threads would share.
   subroutine styled(x, style, precision, string)
     type(real16), intent(in) :: x
     integer(c_int), intent(in) :: style, precision
@@ -72,22 +72,31 @@
     string = string(:length)
   end subroutine styled
 
+  pure integer function real16_length(x)
+    type(real16), intent(in) :: x
+    character(1), parameter :: none = ' '
+    real16_length = int(real16_chars(none, 0_c_size_t, x, shortest, 0))
+  end function real16_length
+
+  pure integer function complex32_length(x)
+    type(complex32), intent(in) :: x
+    complex32_length = real16_length(x%parts%re) + real16_length(x%parts%im) + 3
+  end function complex32_length
+
   !> The shortest text that reads back as the same bits.
   !@ to_text | q | text | the library zorvikrt\_text
   function text_real16(x) result(string)
     type(real16), intent(in) :: x
-    character(:), allocatable :: string
-    call styled(x, shortest, 0, string)
+    character(real16_length(x)) :: string
+    integer(c_size_t) :: length
+    length = real16_to_chars(string, len(string, c_size_t), x, shortest, 0)
   end function text_real16
 
   !@ to_text | x | text | the library zorvikrt\_text
   function text_complex32(x) result(string)
     type(complex32), intent(in) :: x
-    character(:), allocatable :: string
-    character(:), allocatable :: re, im
-    call styled(x%parts%re, shortest, 0, re)
-    call styled(x%parts%im, shortest, 0, im)
-    string = '(' // re // ',' // im // ')'
+    character(complex32_length(x)) :: string
+    string = '(' // text_real16(x%parts%re) // ',' // text_real16(x%parts%im) // ')'
   end function text_complex32
 
   !> A number as an edit descriptor asks for it: iotype as defined output has it, vlist (w, d) or (d).

@@ -104,6 +104,7 @@ const complex_row complex_rows[] = {
     {"sinh", mpc_sinh, {-3, 3}, {-3, 3}, 80},
     {"cosh", mpc_cosh, {-3, 3}, {-3, 3}, 130},
     {"tanh", mpc_tanh, {-3, 3}, {-3, 3}, 130},
+    {"tanh", mpc_tanh, {3, 38}, {-3, 3}, 12},
     {"tanh", mpc_tanh, {38, 300}, {-3, 3}, 1},
     {"tan", mpc_tan, {-3, 3}, {-3, 3}, 250},
     {"tan", mpc_tan, {1e-12, 1e-8}, {1e-12, 1e-8}, 3},

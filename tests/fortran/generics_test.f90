@@ -50,8 +50,9 @@ contains
     real(4) :: f = 0.25
     real(8) :: d = 0.1d0
     call check(third + b == third + real16(b) .and. w - third == real16(w) - third .and. &
-        third * w == third * real16(w) .and. b / third == real16(b) / third .and. third**b == third**(-3) .and. &
-        2_1**x == 2**x, 'INTEGER*1 and INTEGER*2')
+        third * w == third * real16(w) .and. b / third == real16(b) / third .and. k - third == real16(k) - third .and. &
+        third - k == third - real16(k) .and. k / third == real16(k) / third .and. third / k == third / real16(k) .and. &
+        third**b == third**(-3) .and. 2_1**x == 2**x, 'INTEGER*1 and INTEGER*2')
     call check(x > b .and. w >= x .and. x /= w .and. b < third .and. .not. third == w .and. &
         w <= real16(1000), 'their relations')
     b = x; w = -x; k = real16(k) + 1; i = real16(-7.9d0)
@@ -62,8 +63,9 @@ contains
     x = 2.5d0
     call check(real(third, 8) == third%parts%hi .and. real(third, 4) == real(1d0 / 3, 4) .and. &
         sngl(third) == real(third), 'real of a kind')
-    call check(int(real16(k), 8) == k .and. nint(x, 8) == 3 .and. nint(-x, kind=8) == -3 .and. floor(-x, 8) == -3 .and. &
-        ceiling(x, 8) == 3 .and. int(real16(2_8**33 + 5), 4) == 5 .and. int(-x, 2) == -2, 'integers of a kind')
+    call check(int(real16(k), 8) == k .and. nint(x, 8) == 3 .and. nint(-x, kind=8) == -3 .and. nint(x, 4) == 3 .and. &
+        floor(-x, 4) == -3 .and. ceiling(x, 4) == 3 .and. floor(-x, 8) == -3 .and. ceiling(x, 8) == 3 .and. &
+        int(real16(2_8**33 + 5), 4) == 5 .and. int(-x, 2) == -2, 'integers of a kind')
     call check(floor(real16(2_8**60), 8) == 2_8**60 .and. &
         ceiling(real16(-2_8**60) + 0.5d0, 8) == 1 - 2_8**60, 'large ones')
     call check(max(x, 1d0, 3) == 3 .and. min(1, x) == 1 .and. max(f, x, i) == 3 + abs(i + 7) - 0.5d0 .and. &
@@ -92,8 +94,8 @@ contains
         ddim(x, 1d0) == 1.5d0 .and. dmax1(x, 0d0, third) == x .and. dmin1(x, third) == third .and. dint(x) == 2 .and. &
         dnint(x) == 3 .and. idint(x) == 2 .and. idnint(x) == 3, 'names of two')
     call check(cdabs(z) == 5 .and. dimag(z) == 4 .and. dreal(z) == 3 .and. dconjg(z) == conjg(z) .and. &
-        dcmplx(x, 0d0) == x .and. cdsqrt(z) == (2d0, 1d0) .and. cdexp(z) == exp(z) .and. &
-        cdlog(z) == log(z), 'names of COMPLEX*16')
+        dcmplx(x, 0d0) == x .and. cdsqrt(z) == (2d0, 1d0) .and. cdexp(z) == exp(z) .and. cdsin(z) == sin(z) .and. &
+        cdcos(z) == cos(z) .and. cdlog(z) == log(z), 'names of COMPLEX*16')
     d = dmax1(1d0, 2d0, 3d0) + dabs(-1d0) + max(1, 2) + sum([1d0, 2d0]) + maxval([1, 2]) + norm2([3d0, 4d0])
     call check(d == 16 .and. dcmplx(1d0, 2d0) == (1d0, 2d0) .and. &
         digits(d) == 53, 'they stay what they are for other types')
@@ -120,8 +122,8 @@ contains
     call check(tiny(x) == scale(real16(1), minexponent(x) - 1) .and. epsilon(x) == scale(real16(1), 1 - digits(x)) .and. &
         huge(x) > huge(1d0) .and. exponent(huge(x)) == maxexponent(x), 'its numbers')
     call check(spacing(real16(1)) == epsilon(x) .and. spacing(x) == 2 * epsilon(x) .and. &
-        spacing(real16(0)) == tiny(x) .and. rrspacing(x) == x / spacing(x) .and. &
-        isnan(spacing(infinite)), 'spacing, rrspacing')
+        spacing(real16(0)) == tiny(x) .and. spacing(real16(1d-300)) == tiny(x) .and. &
+        rrspacing(-x) == x / spacing(x) .and. isnan(spacing(infinite)), 'spacing, rrspacing')
     call check(nearest(real16(1), 1d0) == 1 + epsilon(x) .and. 1 - nearest(real16(1), -1d0) == epsilon(x) / 2 .and. &
         nearest(-x, x) == -x + spacing(x) .and. nearest(real16(0), -x) == -tiny(x), 'nearest')
     call check(set_exponent(x, 1) == 1.25d0 .and. set_exponent(x, exponent(x)) == x .and. &
@@ -170,6 +172,7 @@ contains
         all(findloc(c, 9d0) == 0) .and. findloc(v, 4, dim=1, back=.true.) == 6 .and. &
         all(findloc(m, 4, mask=.not. keep) == 0), 'findloc')
     call check(norm2(scale(v([1, 3]), 1000)) == scale(real16(5), 1000) .and. &
+        norm2(scale(v([1, 3]), 560)) == scale(real16(5), 560) .and. &
         norm2(scale(v([1, 3]), -900)) == scale(real16(5), -900) .and. norm2(v(:0)) == 0 .and. &
         near(norm2(m)**2, real16(68)), 'norm2, beyond the range of the squares')
     z = reshape([cmplx(x, 1), cmplx(x, -1), complex32('(0,2)'), complex32('1')], [2, 2])

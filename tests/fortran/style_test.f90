@@ -192,15 +192,19 @@ contains
   subroutine threads
     type(real16) :: total, part, largest
     logical :: right(200)
-    character(40) :: lines(200)
+    character(40) :: lines(200), shortest(200)
     integer :: i
     !$omp parallel do
     do i = 1, 200
       right(i) = stepped(i, 2000) == i + 2000
       write (lines(i), '(DT"F"(20,2))') real16(i) / 4
+      shortest(i) = to_text(scale(real16(1), mod(i, 7))) // '|'
     end do
     call check(all(right), 'locals of a procedure that threads share')
     right = [(index(lines(i), trim(adjustl(expected(i)))) > 0, i=1, 200)]
+    do i = 1, 200
+      right(i) = right(i) .and. shortest(i) == to_text(scale(real16(1), mod(i, 7))) // '|'
+    end do
     call check(all(right), 'text from threads')
     total = 0
     largest = 0
