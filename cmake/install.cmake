@@ -36,8 +36,9 @@ install(FILES "${generated}/zorvikrt/entries.h" "${generated}/zorvikrt/version.h
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
 install(FILES "${fortran_module}" "${fortran_special_module}"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
-install(FILES docs/arrays.md docs/cxx.md docs/fortran.md docs/fortran-generics.md docs/library.md docs/special.md docs/use.md
-  docs/explorer.md docs/windows.md "${generated}/entries.md"
+install(DIRECTORY docs/ DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libzorvikrt-dev" COMPONENT development
+  FILES_MATCHING PATTERN "*.md" PATTERN "entries.md" EXCLUDE PATTERN "benchmarks*" EXCLUDE)
+install(FILES "${generated}/entries.md"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/libzorvikrt-dev" COMPONENT development)
 if(ZORVIKRT_TOOLS)
   file(RELATIVE_PATH libraries_from_tools "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")

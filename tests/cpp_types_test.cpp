@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <iomanip>
+#include <locale>
 #include <set>
 #include <sstream>
 #include <unordered_set>
@@ -204,8 +205,20 @@ TEST(CppTypes, StreamsFormatAsForADouble) {
   EXPECT_EQ(out.str(), "([0.1+0],-2)");
 }
 
+namespace {
+
+/// Groups of three and then of two, as in India, with a decimal comma.
+struct punctuation : std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+  char do_thousands_sep() const override { return '.'; }
+  std::string do_grouping() const override { return "\3\2"; }
+};
+
+}  // namespace
+
+// What does not belong to a number stays in the stream.
 TEST(CppTypes, StreamsRead) {
-  std::istringstream in("  1.5,(1 , [2+1e-300])[-1-0] 3e5x nan(0x1) 7");
+  std::istringstream in("  1.5,(1 , [2+1e-300])[-1-0] 3e5x nan(0x1) 1.234.567 -iNF 3e+ 7");
   real16 x;
   complex32 z;
   char separator;
@@ -216,13 +229,39 @@ TEST(CppTypes, StreamsRead) {
   in >> x;
   EXPECT_TRUE(is(x, {-1, -0.0}));
   in >> x;
+  EXPECT_TRUE(is(x, {3e5, 0}));
+  in >> x;
   EXPECT_TRUE(in.fail());
-  EXPECT_TRUE(is(x, {-1, -0.0}));
+  EXPECT_TRUE(is(x, {3e5, 0}));
+  in.clear();
+  in >> separator >> x;
+  EXPECT_TRUE(separator == 'x' && isnan(x));
+  in >> x;
+  EXPECT_TRUE(is(x, real16("1.234")));
+  in >> x;
+  EXPECT_TRUE(is(x, real16("0.567")));
+  in >> x;
+  EXPECT_TRUE(isinf(x) && signbit(x));
+  in >> x;
+  EXPECT_TRUE(in.fail());
   in.clear();
   in >> x;
-  EXPECT_TRUE(isnan(x));
-  in >> x;
   EXPECT_TRUE(in.eof() && !in.fail() && x == 7);
+}
+
+TEST(CppTypes, StreamsFollowTheLocale) {
+  std::ostringstream out;
+  out.imbue(std::locale(std::locale::classic(), new punctuation));
+  out << std::fixed << std::setprecision(4) << std::setw(16) << real16(-1234567.25) << ' '
+      << 123.5_r16 << ' ' << complex32(1e5, -0.5) << ' ' << std::scientific << 1e100_r16;
+  EXPECT_EQ(out.str(), " -12.34.567,2500 123,5000 (1.00.000,0000,-0,5000) 1,0000e+100");
+  std::istringstream in("12.34.567,25e1 1234,5 1.2345");
+  in.imbue(out.getloc());
+  real16 x, y;
+  in >> x >> y;
+  EXPECT_TRUE(is(x, {12345672.5, 0}) && is(y, {1234.5, 0}) && in.good());
+  in >> x;
+  EXPECT_TRUE(in.fail());  // a group of four
 }
 
 TEST(CppTypes, CharsFollowTheStandardFunctions) {

@@ -4,7 +4,11 @@
 #include "zorvikrt/text.h"
 
 #include <gtest/gtest.h>
+#ifdef __linux__
+#include <pthread.h>
+#endif
 
+#include <climits>
 #include <cstring>
 #include <string>
 
@@ -160,3 +164,40 @@ TEST(Text, Complex) {
   for (const char* const refused : {"(1,2", "(1;2)", "(,2)", "(1,)", "()"})
     EXPECT_EQ(read_complex(refused, again), 0u) << refused;
 }
+
+TEST(Text, PrecisionIsBounded) {
+  const zorvikrt_quad third = {0x1.5555555555555p-2, 0x1.5555555555555p-56}, zero = {0, 0};
+  const int limit = ZORVIKRT_MOST_DIGITS;
+  std::string area(limit + 10, 'x');
+  for (const int precision : {limit, limit + 1, INT_MAX}) {
+    const auto count =
+        zorvikrt_real16_to_chars(area.data(), area.size(), &third, zorvikrt_fixed, precision);
+    EXPECT_EQ(count, static_cast<std::size_t>(limit + 2));
+    EXPECT_EQ(area.substr(0, 8) + area.substr(limit), "0.33333300xxxxxxxx");
+    EXPECT_EQ(zorvikrt_real16_to_chars(nullptr, 0, &zero, zorvikrt_scientific, precision),
+              static_cast<std::size_t>(limit + 6));
+    EXPECT_EQ(text(third, zorvikrt_general, precision).size(), 110u);
+  }
+}
+
+#ifdef __linux__
+namespace {
+
+void* write_on_this_stack(void*) {
+  for (const int style : {zorvikrt_shortest, zorvikrt_fixed, zorvikrt_scientific, zorvikrt_general})
+    text({0x1.fffffffffffffp+1023, 0x1p-1074}, static_cast<zorvikrt_style>(style), 30);
+  read("1.7976931348623157e308");
+  return nullptr;
+}
+
+}  // namespace
+
+TEST(Text, DoesWithTheSmallestStack) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, PTHREAD_STACK_MIN), 0);
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, &attributes, write_on_this_stack, nullptr), 0);
+  EXPECT_EQ(pthread_join(thread, nullptr), 0);
+}
+#endif

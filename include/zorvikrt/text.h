@@ -41,9 +41,13 @@ typedef enum zorvikrt_style {
   zorvikrt_general = 3
 } zorvikrt_style;
 
+/** The greatest precision. Behind some 1400 digits there are zeros. */
+#define ZORVIKRT_MOST_DIGITS 1000000
+
 /** Writes a REAL*16 to [first, first + size) and gives the number of characters. If they do not
  * fit, it writes nothing and gives the number that would be needed. There is no terminating zero. A
- *  negative precision stands for 6. */
+ *  negative precision stands for 6, one beyond ZORVIKRT_MOST_DIGITS for that.
+ *  The call needs 8 KB of stack. */
 size_t zorvikrt_real16_to_chars(char* first, size_t size, const zorvikrt_quad* value,
                                 zorvikrt_style style, int precision);
 

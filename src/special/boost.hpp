@@ -11,48 +11,17 @@
 #include <ostream>
 #define _GLIBCXX_IOSTREAM 1
 
-#include <boost/math/policies/policy.hpp>
 #include <boost/math/special_functions/bessel.hpp>
 #include <boost/math/special_functions/erf.hpp>
 #include <boost/math/special_functions/gamma.hpp>
-#include <boost/math/tools/convert_from_string.hpp>
 
-#include "zorvikrt/functions.hpp"
-#include "zorvikrt/limits.hpp"
+#include "zorvikrt/boost.hpp"
 #include "zorvikrt/special.h"
-#include "zorvikrt/text.h"
-
-/// The few constants that Boost.Math has as text.
-namespace boost::math::tools {
-template <>
-struct convert_from_string_result<zorvikrt::real16> {
-  using type = zorvikrt::real16;
-};
-template <>
-inline zorvikrt::real16 convert_from_string<zorvikrt::real16>(const char* text) noexcept {
-  zorvikrt::real16 value;
-  zorvikrt_real16_from_chars(text, __builtin_strlen(text), &value, nullptr);
-  return value;
-}
-}  // namespace boost::math::tools
 
 namespace zrt::special {
 
+using zorvikrt::errors_as_values;
 using zorvikrt::real16;
-
-namespace policies = boost::math::policies;
-
-/// Nothing throws and nothing sets errno: a NaN or an infinity comes back.
-using errors_as_values =
-    policies::policy<policies::domain_error<policies::ignore_error>,
-                     policies::pole_error<policies::ignore_error>,
-                     policies::overflow_error<policies::ignore_error>,
-                     policies::underflow_error<policies::ignore_error>,
-                     policies::denorm_error<policies::ignore_error>,
-                     policies::evaluation_error<policies::ignore_error>,
-                     policies::rounding_error<policies::ignore_error>,
-                     policies::indeterminate_result_error<policies::ignore_error>,
-                     policies::promote_float<false>, policies::promote_double<false>>;
 
 inline constexpr real16 infinity = std::numeric_limits<real16>::infinity();
 inline constexpr real16 invalid = std::numeric_limits<real16>::quiet_NaN();

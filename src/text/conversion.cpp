@@ -1,5 +1,7 @@
 #include "conversion.hpp"
 
+#include <cstring>
+
 namespace zrt::text {
 namespace {
 
@@ -22,7 +24,8 @@ struct double_parts {
 enum class rest { none, below_half, half, above_half };
 
 /// Shifts down and tells what fell off.
-rest drop_bits(natural& number, int count) {
+template <class Natural>
+rest drop_bits(Natural& number, int count) {
   if (count == 0) return rest::none;
   const bool half = number.bit(count - 1), sticky = number.has_bits_below(count - 1);
   number >>= count;
@@ -30,73 +33,72 @@ rest drop_bits(natural& number, int count) {
   return sticky ? rest::below_half : rest::none;
 }
 
-/// floor(number * 10**power), exactly, with what lies behind it.
-natural scaled(const binary& number, int power, rest& behind) {
-  natural result = number.significand;
-  const int shift = number.exponent + power;
+/// floor(number * 2**exponent * 10**power), exactly, with what lies behind it.
+template <class Natural>
+Natural scaled(Natural number, int exponent, int power, rest& behind) {
+  const int shift = exponent + power;
   if (power >= 0) {
-    result.multiply_by_power_of_five(power);
-    if (shift >= 0) {
-      result <<= shift;
-      behind = rest::none;
-    } else {
-      behind = drop_bits(result, -shift);
-    }
-    return result;
+    number.multiply_by_power_of_five(power);
+    if (shift >= 0) number <<= shift;
+    behind = shift >= 0 ? rest::none : drop_bits(number, -shift);
+    return number;
   }
-  natural divisor = natural::power_of_five(-power);
+  Natural divisor = Natural::power_of_five(-power);
   if (shift >= 0)
-    result <<= shift;
+    number <<= shift;
   else
     divisor <<= -shift;
-  natural remainder = result;
-  result = remainder.divide(divisor);
-  if (remainder.is_zero()) {
+  const Natural quotient = number.divide(divisor);  // leaves the remainder
+  if (number.is_zero()) {
     behind = rest::none;
   } else {
-    remainder <<= 1;
-    const int order = natural::compare(remainder, divisor);
+    number <<= 1;
+    const int order = Natural::compare(number, divisor);
     behind = order < 0 ? rest::below_half : order == 0 ? rest::half : rest::above_half;
   }
-  return result;
+  return quotient;
 }
 
-bool rounds_up(const natural& number, rest behind) {
+template <class Natural>
+bool rounds_up(const Natural& number, rest behind) {
   return behind == rest::above_half || (behind == rest::half && number.is_odd());
 }
 
 /// number * 10**power to the nearest whole number.
 natural scaled_to_nearest(const binary& number, int power) {
   rest behind;
-  natural result = scaled(number, power, behind);
+  natural result = scaled(number.significand, number.exponent, power, behind);
   if (rounds_up(result, behind)) result += natural(1);
   return result;
 }
 
-/// floor(log10(number)), or one less.
-int decimal_exponent_below(const binary& number) {
-  const int bits = number.significand.bit_length() - 1 + number.exponent;
+/// floor(log10(number * 2**exponent)), or one less.
+template <class Natural>
+int decimal_exponent_below(const Natural& number, int exponent) {
+  const int bits = number.bit_length() - 1 + exponent;
   return bits * 78913 >> 18;  // log10(2), exact enough for the range
 }
 
-/// The digits of a whole number, of which the last one stands at 10**last_place.
-void write_digits(natural number, int last_place, decimal& result) {
-  char reversed[decimal::limit + 9];
-  int count = 0;
+/// The digits of a whole number, of which the last one stands at 10**last_place. From the end of
+/// the area down, then moved to its start.
+template <class Natural>
+void write_digits(Natural number, int last_place, decimal& result) {
+  char* const end = result.digit + sizeof result.digit;
+  char* first = end;
   while (!number.is_zero()) {
     std::uint32_t part = number.divide(1000000000);
-    for (int i = 0; i < 9; ++i, part /= 10) reversed[count++] = static_cast<char>('0' + part % 10);
+    for (int i = 0; i < 9; ++i, part /= 10) *--first = static_cast<char>('0' + part % 10);
   }
-  while (count > 0 && reversed[count - 1] == '0') --count;
-  result.count = count;
-  result.exponent = last_place + count - 1;
-  for (int i = 0; i < count; ++i) result.digit[i] = reversed[count - 1 - i];
+  while (first != end && *first == '0') ++first;
+  result.count = static_cast<int>(end - first);
+  result.exponent = last_place + result.count - 1;
+  std::memmove(result.digit, first, static_cast<std::size_t>(end - first));
 }
 
 /// The numbers that read back as one value: from low to high, ends included or not, around value.
 /// All three in units of 2**exponent.
 struct interval {
-  natural low, value, high;
+  short_natural low, value, high;
   bool low_included, high_included;
   int exponent;
 };
@@ -104,22 +106,22 @@ struct interval {
 void shortest_within(const interval& range, decimal& result) {
   // One digit more than may be used, then digits are dropped as long as a number is left inside.
   const int last_place =
-      decimal_exponent_below({range.value, range.exponent}) - decimal::shortest_limit;
-  const natural one(1);
+      decimal_exponent_below(range.value, range.exponent) - decimal::shortest_limit;
+  const short_natural one(1);
   rest behind;
-  natural low = scaled({range.low, range.exponent}, -last_place, behind);
+  short_natural low = scaled(range.low, range.exponent, -last_place, behind);
   if (behind != rest::none || !range.low_included) low += one;
-  natural high = scaled({range.high, range.exponent}, -last_place, behind);
+  short_natural high = scaled(range.high, range.exponent, -last_place, behind);
   if (behind == rest::none && !range.high_included) high -= one;
-  natural value = scaled({range.value, range.exponent}, -last_place, behind);
+  short_natural value = scaled(range.value, range.exponent, -last_place, behind);
   result.count = 0;
-  if (natural::compare(low, high) > 0) return;
+  if (short_natural::compare(low, high) > 0) return;
   int place = last_place;
   for (;; ++place) {
-    natural next_low = low, next_high = high;
+    short_natural next_low = low, next_high = high;
     if (next_low.divide(10) != 0) next_low += one;
     next_high.divide(10);
-    if (natural::compare(next_low, next_high) > 0) break;
+    if (short_natural::compare(next_low, next_high) > 0) break;
     low = next_low;
     high = next_high;
     const std::uint32_t digit = value.divide(10);
@@ -131,8 +133,8 @@ void shortest_within(const interval& range, decimal& result) {
       behind = rest::below_half;
   }
   if (rounds_up(value, behind)) value += one;
-  if (natural::compare(value, low) < 0) value = low;
-  if (natural::compare(value, high) > 0) value = high;
+  if (short_natural::compare(value, low) < 0) value = low;
+  if (short_natural::compare(value, high) > 0) value = high;
   write_digits(value, place, result);
   if (result.count > decimal::shortest_limit) result.count = 0;
 }
@@ -140,14 +142,14 @@ void shortest_within(const interval& range, decimal& result) {
 /// The doubles that round to a positive one, in units of 2**exponent, which lies at least two below
 /// that of the double.
 interval rounding_interval(const double_parts& number, int exponent) {
-  interval range{natural(number.significand),   natural(number.significand),
-                 natural(number.significand),   (number.significand & 1) == 0,
-                 (number.significand & 1) == 0, exponent};
+  const bool even = (number.significand & 1) == 0;
+  const short_natural significand(number.significand);
+  interval range{significand, significand, significand, even, even, exponent};
   const int shift = number.exponent - exponent;
   range.value <<= shift;
   range.low = range.value;
   range.high = range.value;
-  natural half(1);
+  short_natural half(1);
   half <<= shift - 1;
   range.high += half;
   if (number.lowest_of_binade) half >>= 1;
@@ -227,7 +229,7 @@ binary exact_sum(pair_bits value, bool& negative) {
 
 void leading_digits(const binary& number, int count, decimal& result) {
   // No digit is left behind the 1074th place.
-  int last_place = decimal_exponent_below(number) - count + 1;
+  int last_place = decimal_exponent_below(number.significand, number.exponent) - count + 1;
   if (last_place < -1074) last_place = -1074;
   natural digits = scaled_to_nearest(number, -last_place);
   write_digits(digits, last_place, result);
@@ -262,12 +264,12 @@ void shortest_digits(pair_bits value, decimal& result) {
     range.low = range.high = range.value;
     range.low_included = range.high_included = true;
     if (hi_negative)
-      range.low -= natural(2);
+      range.low -= short_natural(2);
     else
-      range.high += natural(2);
+      range.high += short_natural(2);
   } else {
     const interval around_lo = rounding_interval(lo, exponent);
-    natural up = around_lo.high, down = around_lo.value;
+    short_natural up = around_lo.high, down = around_lo.value;
     up -= around_lo.value;
     down -= around_lo.low;
     const bool opposite = hi_negative != lo_negative;
@@ -282,15 +284,15 @@ void shortest_digits(pair_bits value, decimal& result) {
   }
 
   // hi must come out of the rounding as well: of the value itself, and of all that is taken.
-  const int over_low = natural::compare(range.value, around_hi.low);
-  const int over_high = natural::compare(range.value, around_hi.high);
+  const int over_low = short_natural::compare(range.value, around_hi.low);
+  const int over_high = short_natural::compare(range.value, around_hi.high);
   if (over_low < 0 || (over_low == 0 && !around_hi.low_included)) return;
   if (over_high > 0 || (over_high == 0 && !around_hi.high_included)) return;
-  if (natural::compare(range.low, around_hi.low) <= 0) {
+  if (short_natural::compare(range.low, around_hi.low) <= 0) {
     range.low = around_hi.low;
     range.low_included = around_hi.low_included;
   }
-  if (natural::compare(range.high, around_hi.high) >= 0) {
+  if (short_natural::compare(range.high, around_hi.high) >= 0) {
     range.high = around_hi.high;
     range.high_included = around_hi.high_included;
   }
@@ -305,7 +307,7 @@ void shortest_digits(std::uint64_t value, decimal& result) {
 pair_bits nearest_pair(natural digits, int exponent, bool negative) {
   const std::uint64_t sign = negative ? sign_bit : 0;
   rest behind;
-  natural number = scaled({digits, 1075}, exponent, behind);
+  natural number = scaled(digits, 1075, exponent, behind);
   bool sticky = behind != rest::none, above = false;
   const std::uint64_t hi = take_nearest_double(number, sticky, above);
   if (!is_finite(hi)) return {sign | hi, 0};

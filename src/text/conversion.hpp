@@ -41,7 +41,7 @@ struct decimal {
 
   int count = 0;
   int exponent = 0;
-  char digit[limit];
+  char digit[limit + 9];  // nine digits are written at a time
 };
 
 /// |hi + lo| of finite parts, and its sign. A zero sum has the sign of hi, if hi is zero itself.

@@ -1,29 +1,30 @@
 #pragma once
 
-// Natural numbers of up to 6144 bits, as much as exact conversion between REAL*16 and decimal asks
-// for: 1401 decimal digits times 2**1075. They live on the stack; nothing is allocated.
+// Natural numbers of bounded size, for exact conversion between REAL*16 and decimal. They live on
+// the stack; nothing is allocated.
 
 #include <bit>
 #include <cstdint>
 
 namespace zrt::text {
 
-class natural {
+template <int capacity>
+class natural_of {
  public:
-  explicit natural(std::uint64_t value = 0) {
+  explicit natural_of(std::uint64_t value = 0) {
     for (; value != 0; value >>= 32) limb_[size_++] = static_cast<std::uint32_t>(value);
   }
-  natural(const natural& other) : size_(other.size_) {
+  natural_of(const natural_of& other) : size_(other.size_) {
     for (int i = 0; i < size_; ++i) limb_[i] = other.limb_[i];
   }
-  natural& operator=(const natural& other) {
+  natural_of& operator=(const natural_of& other) {
     size_ = other.size_;
     for (int i = 0; i < size_; ++i) limb_[i] = other.limb_[i];
     return *this;
   }
 
-  static natural power_of_five(int exponent) {
-    natural power(1);
+  static natural_of power_of_five(int exponent) {
+    natural_of power(1);
     power.multiply_by_power_of_five(exponent);
     return power;
   }
@@ -49,14 +50,14 @@ class natural {
   }
 
   /// Negative, zero or positive as a is less than, equal to or greater than b.
-  static int compare(const natural& a, const natural& b) {
+  static int compare(const natural_of& a, const natural_of& b) {
     if (a.size_ != b.size_) return a.size_ - b.size_;
     for (int i = a.size_ - 1; i >= 0; --i)
       if (a.limb_[i] != b.limb_[i]) return a.limb_[i] < b.limb_[i] ? -1 : 1;
     return 0;
   }
 
-  natural& operator+=(const natural& other) {
+  natural_of& operator+=(const natural_of& other) {
     while (size_ < other.size_) limb_[size_++] = 0;
     std::uint64_t carry = 0;
     for (int i = 0; i < size_; ++i) {
@@ -69,7 +70,7 @@ class natural {
   }
 
   /// `other` is not greater.
-  natural& operator-=(const natural& other) {
+  natural_of& operator-=(const natural_of& other) {
     std::uint64_t borrow = 0;
     for (int i = 0; i < size_; ++i) {
       const std::uint64_t difference =
@@ -81,7 +82,7 @@ class natural {
     return *this;
   }
 
-  natural& operator<<=(int count) {
+  natural_of& operator<<=(int count) {
     if (size_ == 0 || count == 0) return *this;
     const int limbs = count / 32, bits = count % 32;
     limb_[size_] = 0;
@@ -95,7 +96,7 @@ class natural {
     return *this;
   }
 
-  natural& operator>>=(int count) {
+  natural_of& operator>>=(int count) {
     const int limbs = count / 32, bits = count % 32;
     for (int i = limbs; i < size_; ++i) {
       const std::uint32_t above = i + 1 < size_ ? limb_[i + 1] : 0;
@@ -107,7 +108,7 @@ class natural {
   }
 
   /// this * factor + addend.
-  natural& multiply(std::uint32_t factor, std::uint32_t addend = 0) {
+  natural_of& multiply(std::uint32_t factor, std::uint32_t addend = 0) {
     std::uint64_t carry = addend;
     for (int i = 0; i < size_; ++i) {
       carry += std::uint64_t{limb_[i]} * factor;
@@ -118,7 +119,7 @@ class natural {
     return *this;
   }
 
-  natural& multiply_by_power_of_five(int exponent) {
+  natural_of& multiply_by_power_of_five(int exponent) {
     for (; exponent >= 13; exponent -= 13) multiply(1220703125);  // 5**13
     std::uint32_t rest = 1;
     for (; exponent > 0; --exponent) rest *= 5;
@@ -138,12 +139,12 @@ class natural {
   }
 
   /// Leaves the remainder, gives the quotient. Long division in base 2**32 (Knuth's algorithm D).
-  natural divide(natural divisor) {
-    natural quotient;
+  natural_of divide(natural_of divisor) {
+    natural_of quotient;
     if (compare(*this, divisor) < 0) return quotient;
     if (divisor.size_ == 1) {
       quotient = *this;
-      *this = natural(quotient.divide(divisor.limb_[0]));
+      *this = natural_of(quotient.divide(divisor.limb_[0]));
       return quotient;
     }
     // With the top bit of the divisor set, a digit guessed from two limbs is at most 2 too large.
@@ -178,10 +179,9 @@ class natural {
   }
 
  private:
-  static constexpr int capacity = 196;
-
   /// part -= divisor * digit over n + 1 limbs; true if that went below zero.
-  static bool subtract_multiple(std::uint32_t* part, const natural& divisor, std::uint64_t digit) {
+  static bool subtract_multiple(std::uint32_t* part, const natural_of& divisor,
+                                std::uint64_t digit) {
     std::uint64_t carry = 0;
     for (int i = 0; i < divisor.size_; ++i) {
       carry += digit * divisor.limb_[i];
@@ -194,7 +194,7 @@ class natural {
     return below;
   }
 
-  static void add_back(std::uint32_t* part, const natural& divisor) {
+  static void add_back(std::uint32_t* part, const natural_of& divisor) {
     std::uint64_t carry = 0;
     for (int i = 0; i < divisor.size_; ++i) {
       carry += std::uint64_t{part[i]} + divisor.limb_[i];
@@ -211,5 +211,11 @@ class natural {
   int size_ = 0;
   std::uint32_t limb_[capacity];  // lowest first, none above size_, the highest not zero
 };
+
+/// 6272 bits: 1401 decimal digits times 2**1075.
+using natural = natural_of<196>;
+/// 2560 bits: two doubles in units of 2**-1076 take 2100, times 10**40 another 133; and 40 digits
+/// of 2**-1074 take its 5**364, 846 bits. A shift needs one limb more for a while.
+using short_natural = natural_of<80>;
 
 }  // namespace zrt::text

@@ -2,6 +2,7 @@
 
 #include "zorvikrt/text.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "conversion.hpp"
@@ -23,8 +24,9 @@ class writer {
   void put(const char* text) {
     while (*text != 0) put(*text++);
   }
-  void zeros(int count) {
-    while (count-- > 0) put('0');
+  void zeros(std::size_t count) {
+    if (count_ < size_) std::memset(first_ + count_, '0', std::min(count, size_ - count_));
+    count_ += count;
   }
   std::size_t count() const { return count_; }
 
@@ -38,11 +40,17 @@ char digit_at(const decimal& number, int index) {
   return index >= 0 && index < number.count ? number.digit[index] : '0';
 }
 
+/// `count` digits from `index` on, where that may be ahead of the first or behind the last.
+void put_digits(writer& out, const decimal& number, int index, int count) {
+  for (; count > 0 && index < number.count; --count) out.put(digit_at(number, index++));
+  if (count > 0) out.zeros(static_cast<std::size_t>(count));
+}
+
 /// d.ddd e+XX with `behind` digits behind the point.
 void put_scientific(writer& out, const decimal& number, int behind) {
   out.put(digit_at(number, 0));
   if (behind > 0) out.put('.');
-  for (int i = 1; i <= behind; ++i) out.put(digit_at(number, i));
+  put_digits(out, number, 1, behind);
   out.put('e');
   int exponent = number.exponent;
   out.put(exponent < 0 ? '-' : '+');
@@ -55,9 +63,9 @@ void put_scientific(writer& out, const decimal& number, int behind) {
 void put_fixed(writer& out, const decimal& number, int behind) {
   const int point = number.count == 0 ? 0 : number.exponent;
   if (point < 0) out.put('0');
-  for (int i = 0; i <= point; ++i) out.put(digit_at(number, i));
+  put_digits(out, number, 0, point + 1);
   if (behind > 0) out.put('.');
-  for (int i = 1; i <= behind; ++i) out.put(digit_at(number, point + i));
+  put_digits(out, number, point + 1, behind);
 }
 
 void drop_zeros_at_end(decimal& number) {
@@ -142,6 +150,7 @@ void put_number(writer& out, pair_bits value, zorvikrt_style style, int precisio
   if (style == zorvikrt_shortest) return put_shortest(out, value);
   if (!is_finite(value.hi) || !is_finite(value.lo)) return put_not_finite(out, value);
   if (precision < 0) precision = 6;
+  if (precision > ZORVIKRT_MOST_DIGITS) precision = ZORVIKRT_MOST_DIGITS;
   if (style == zorvikrt_general && precision == 0) precision = 1;
 
   bool negative;
