@@ -10,7 +10,7 @@ import re
 import sys
 from pathlib import Path
 
-ORDER = ("zorvikrt.h", "text.h", "special.h", "arrays.h", "zorvikrt.hpp", "types.hpp", "arithmetic.hpp", "functions.hpp",
+ORDER = ("zorvikrt.h", "text.h", "special.h", "zorvikrt.hpp", "types.hpp", "arithmetic.hpp", "functions.hpp",
          "composed_functions.hpp", "complex_functions.hpp", "limits.hpp", "text.hpp", "special.hpp", "format.hpp",
          "fmt.hpp", "eigen.hpp", "boost.hpp")
 
