@@ -120,7 +120,7 @@ class Legacy:
         left alone, at every optimisation."""
         table = {line.split()[0] for line in next(self.folder.glob("prefix/lib/**/renames")).read_text().splitlines()}
         self.write("symbols.f90", self.probe)
-        for level in ("-O0", "-O2", "-Ofast"):
+        for level in ("-O0", "-Ofast"):
             code, _, errors = self.run(["gfortran", *self.bits, "-w", "-fdec-math", level, "-c", "symbols.f90"])
             self.expect("plain gfortran " + level, code == 0, errors)
             called = self.run(["nm", "-u", "symbols.o"])[1].split()[1::2]
