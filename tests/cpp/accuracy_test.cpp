@@ -28,7 +28,7 @@ std::vector<row> rows() {
       std::istringstream words(line);
       row r;
       char bar;
-      if (!(words >> bar >> r.function) || bar != '|') continue;
+      if (!(words >> bar >> r.function) || bar != '|' || r.function.starts_with('`')) continue;
       if (r.function.starts_with("bessel_") && r.function.ends_with('n')) words >> r.order;
       if (words >> bar >> r.low >> bar >> r.high >> bar >> r.scale >> bar >> r.bound)
         found.push_back(r);
