@@ -18,7 +18,9 @@ FAULTS = [
     (lambda text: text.replace("\n[real/rounding]", "\n[real rounding]", 1), "a family is '[room/family]'"),
     (lambda text: re.sub(r"\ndmod .*(\n    .*)*", "", text), "not {'value': 306"),
     (lambda text: text.replace("sample: x -1e6 1e6", "sample: y -1e6 1e6", 1), "over the entry's operands"),
-    (lambda text: text.replace("sample: x -1e6 1e6", "sample: x 2 1", 1), "the sample of x is empty"),
+    (lambda text: text.replace("sample: x -1e6 1e6", "sample: x 2 1", 1), "the range of x is empty"),
+    (lambda text: text.replace("\n    bound: ", "\n    bound: about ", 1), "a bound is 'bound: units"),
+    (lambda text: re.sub(r"(\n    bound: \S+ over \w+ )(\S+) [^;\s]+", r"\1\2 \2", text, count=1), "is empty"),
 ]
 
 

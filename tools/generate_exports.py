@@ -12,11 +12,13 @@ Reads src/frame/exports.list (its head tells the format) and writes:
   type_codes.inc            one row for each type code, for whatever works on operands at run time
   entry_table.inc           one row for each export, for tests and benchmarks
   entry_descriptions.inc    signature and documentation of the same rows, for programs that show them
+  entry_bounds.inc          the error bounds, for the test that holds them
   entries.md                the reference of every entry
 Only the Python standard library is needed. Bad input gives one line with file and line number.
 """
 import re
 import sys
+import textwrap
 from dataclasses import dataclass, field
 from pathlib import Path
 
@@ -104,6 +106,7 @@ class Entry:
     bits: str = ""
     doc: list = field(default_factory=list)
     sample: dict = field(default_factory=dict)      # operand name -> (low, high)
+    bounds: list = field(default_factory=list)      # (bound, least unit's value, {operand name: (low, high)})
     family: str = ""
     line: int = 0
 
@@ -128,6 +131,22 @@ def parse(path):
             fail(line, f"{name} stands already in line {seen[name]}")
         seen[name] = line
 
+    def number_of(line, word):
+        try:
+            return float(word)
+        except ValueError:
+            fail(line, f"'{word}' is not a number")
+
+    def read_range(line, text):
+        """{operand name: (low, high)} of 'operand low high'."""
+        match = re.fullmatch(r"\s*(\w+) (\S+) (\S+)\s*", text)
+        if not match or match[1] not in [name for name, _ in entries[-1].operands]:
+            fail(line, "a range is 'operand low high' over the entry's operands")
+        low, high = number_of(line, match[2]), number_of(line, match[3])
+        if not low < high:
+            fail(line, f"the range of {match[1]} is empty")
+        return {match[1]: (low, high)}
+
     for line, text in enumerate(Path(path).read_text(encoding="utf-8").splitlines(), 1):
         if not text.strip() or text.startswith("#"):
             continue
@@ -146,17 +165,18 @@ def parse(path):
                 titles[family].append(text.strip())
             elif words[0] == "sample:":
                 for part in text.split(":", 1)[1].split(";"):
-                    match = re.fullmatch(r"\s*(\w+) (\S+) (\S+)\s*", part)
-                    names = [name for name, _ in entries[-1].operands]
-                    if not match or match[1] not in names:
-                        fail(line, "a sample is 'sample: operand low high; ...' over the entry's operands")
-                    try:
-                        bounds = float(match[2]), float(match[3])
-                    except ValueError:
-                        fail(line, f"{match[2]} {match[3]} are not two numbers")
-                    if not bounds[0] < bounds[1]:
-                        fail(line, f"the sample of {match[1]} is empty")
-                    entries[-1].sample[match[1]] = bounds
+                    entries[-1].sample.update(read_range(line, part))
+            elif words[0] == "bound:":
+                for part in text.split(":", 1)[1].split(";"):
+                    match = re.fullmatch(r"\s*(\S+)(?: at (\S+))? over (.*)", part)
+                    if not match:
+                        fail(line, "a bound is 'bound: units [at VALUE] over operand low high, ...; ...'")
+                    ranges = {}
+                    for one in match[3].split(","):
+                        ranges.update(read_range(line, one))
+                    if ranges.keys() != {name for name, _ in entries[-1].operands}:
+                        fail(line, "a bound gives a range to each operand")
+                    entries[-1].bounds.append((number_of(line, match[1]), number_of(line, match[2] or "0"), ranges))
             else:
                 entries[-1].doc.append(text.strip())
             continue
@@ -413,6 +433,26 @@ def entry_descriptions(entries):
     return out
 
 
+def entry_bounds(entries):
+    """ZRT_BOUND(stem, units, least unit's value, ranges of the operands)."""
+    return [f"// {NOTE}"] + [
+        f'ZRT_BOUND("{e.stem}", {units!r}, {least!r}, '
+        f'({{{", ".join("{%r, %r}" % ranges[name] for name, _ in e.operands)}}}))'
+        for e in entries for units, least, ranges in e.bounds]
+
+
+def bound_sentence(e):
+    unit = "units of 2\\*\\*-106" if e.result in "qx" else "units in the last place"
+    parts = []
+    for units, least, ranges in e.bounds:
+        where = ", ".join(f"{name} in [{low:g}, {high:g}]" for name, (low, high) in ranges.items())
+        parts.append(f"{units:g} {unit}" + (f" of {least:g}, or of the result if that is larger," if least else "")
+                     + f" for {where}")
+        unit = "units"
+    larger = ", of the larger part" if e.result in "czx" else ""
+    return textwrap.wrap(f"Error{larger}: at most " + "; ".join(parts) + ".", 110) if parts else []
+
+
 def markdown(entries, titles):
     def escaped(text):
         return re.sub(r"([*_])", r"\\\1", text)
@@ -432,7 +472,7 @@ def markdown(entries, titles):
         result = "" if e.result == "v" else f"; result: {OPERANDS[e.result].name}"
         references = "".join(f"; reference entry `{r}`" for r in ("I_" + name for name in e.references))
         out += [f"### `{e.stem}({', '.join(name for name, _ in e.operands)})`", "",
-                escaped(operands + result) + references + ".", "", *doc, ""]
+                escaped(operands + result) + references + ".", "", *doc, *bound_sentence(e), ""]
     return out
 
 
@@ -459,6 +499,7 @@ def main(arguments):
     write(output / "type_codes.inc", type_codes())
     write(output / "entry_table.inc", entry_table(entries))
     write(output / "entry_descriptions.inc", entry_descriptions(entries))
+    write(output / "entry_bounds.inc", entry_bounds(entries))
     write(output / "entries.md", markdown(entries, titles))
 
 
