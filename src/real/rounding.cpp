@@ -45,35 +45,20 @@ reg remainder(const F& a, const F& p) {
   return dividend - quotient * divisor;
 }
 
-/// |x| + 0.5 truncated, with the sign of x: ties away from zero. The sum rounds to 53 bits, which
-/// in REAL*8 carries the largest value below 0.5 to 1.0. A NaN passes, -0.0 gives +0.0.
-template <class V, format F>
-[[gnu::always_inline]] inline V nearest_whole(const F& x) {
-  const V value = load<V>(x);
-  const bool negative = less(value, 0.0);
-  const V rounded = negated_if(negative, truncated(negated_if(negative, value) + 0.5));
-  return stored<F>(rounded);
-}
-
-/// Ordinary: what a 64-bit integer holds.
-template <format F>
-bool is_ordinary(const F& x) {
-  return zero_or_between(x, smallest_normal<F>, F{0x1p52});
-}
 template <format F>
 result<F> nearest_whole_of(const F& x) {
   return evaluated<F>(
-      is_ordinary(x), []<class V>(const F& a) { return nearest_whole<V>(a); }, x);
+      is_ordinary_to_round(x), []<class V>(const F& a) { return nearest_whole<V>(a); }, x);
 }
 template <format F>
 result<F> floor_of(const F& x) {
   return evaluated<F>(
-      is_ordinary(x), []<class V>(const F& a) { return floor(load<V>(a)); }, x);
+      is_ordinary_to_round(x), []<class V>(const F& a) { return floor(load<V>(a)); }, x);
 }
 template <format F>
 result<F> ceiling_of(const F& x) {
   return evaluated<F>(
-      is_ordinary(x), []<class V>(const F& a) { return ceiling(load<V>(a)); }, x);
+      is_ordinary_to_round(x), []<class V>(const F& a) { return ceiling(load<V>(a)); }, x);
 }
 
 /// The nearest 32-bit integer, ties away from zero; out of range and NaN give 0x80000000.

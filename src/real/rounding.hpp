@@ -1,8 +1,9 @@
 #pragma once
 
-// Truncation, floor and ceiling as kernels, for the rooms above.
+// Truncation, floor, ceiling and the nearest whole number as kernels.
 
 #include "frame/sections.hpp"
+#include "real/ordinary.hpp"
 
 namespace zrt::real {
 
@@ -56,4 +57,19 @@ template <class V>
   return less(x, 0.0) ? fchs(floor_of_positive(fchs(x))) : ceiling_of_positive(x);
 }
 
+/// |x| + 0.5 truncated, with the sign of x: ties away from zero. The sum rounds to 53 bits, which
+/// in REAL*8 carries the largest value below 0.5 to 1.0. A NaN passes, -0.0 gives +0.0.
+template <class V, format F>
+[[gnu::always_inline]] inline V nearest_whole(const F& x) {
+  const V value = load<V>(x);
+  const bool negative = less(value, 0.0);
+  const V rounded = negated_if(negative, truncated(negated_if(negative, value) + 0.5));
+  return stored<F>(rounded);
+}
+
+/// Ordinary: what a 64-bit integer holds.
+template <format F>
+[[gnu::always_inline]] inline bool is_ordinary_to_round(const F& x) {
+  return zero_or_between(x, smallest_normal<F>, F{0x1p52});
+}
 }  // namespace zrt::real
