@@ -30,33 +30,33 @@ bool are_ordinary_degrees(const F& x) {
 }
 
 template <format F>
-result<F> sine_of(const F& x) {
+[[gnu::always_inline]] inline result<F> sine_of(const F& x) {
   return evaluated<F>(
       is_ordinary(x), []<class V>(const F& a) { return sine<V>(a, false); }, x);
 }
 template <format F>
-result<F> cosine_of(const F& x) {
+[[gnu::always_inline]] inline result<F> cosine_of(const F& x) {
   return evaluated<F>(
       is_ordinary(x), []<class V>(const F& a) { return sine<V>(a, true); }, x);
 }
 template <format F>
-result<F> tangent_of(const F& x) {
+[[gnu::always_inline]] inline result<F> tangent_of(const F& x) {
   return evaluated<F>(
       is_ordinary(x), []<class V>(const F& a) { return tangent<V>(a); }, x);
 }
 template <format F>
-result<F> sine_of_degrees(const F& x) {
+[[gnu::always_inline]] inline result<F> sine_of_degrees(const F& x) {
   return evaluated<F>(
       are_ordinary_degrees(x), []<class V>(const F& a) { return sine<V>(radians<V>(a), false); },
       x);
 }
 template <format F>
-result<F> cosine_of_degrees(const F& x) {
+[[gnu::always_inline]] inline result<F> cosine_of_degrees(const F& x) {
   return evaluated<F>(
       are_ordinary_degrees(x), []<class V>(const F& a) { return sine<V>(radians<V>(a), true); }, x);
 }
 template <format F>
-result<F> tangent_of_degrees(const F& x) {
+[[gnu::always_inline]] inline result<F> tangent_of_degrees(const F& x) {
   return evaluated<F>(
       are_ordinary_degrees(x), []<class V>(const F& a) { return tangent<V>(radians<V>(a)); }, x);
 }

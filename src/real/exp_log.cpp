@@ -7,18 +7,18 @@ namespace zrt::real {
 namespace {
 
 template <format F>
-result<F> exponential_of(const F& x) {
+[[gnu::always_inline]] inline result<F> exponential_of(const F& x) {
   return evaluated<F>(
       has_ordinary_exponential(x), []<class V>(const F& a) { return natural_exponential<V>(a); },
       x);
 }
 template <format F>
-result<F> logarithm_of(const F& x) {
+[[gnu::always_inline]] inline result<F> logarithm_of(const F& x) {
   return evaluated<F>(
       has_ordinary_logarithm(x), []<class V>(const F& a) { return natural_logarithm<V>(a); }, x);
 }
 template <format F>
-result<F> common_logarithm_of(const F& x) {
+[[gnu::always_inline]] inline result<F> common_logarithm_of(const F& x) {
   return evaluated<F>(
       has_ordinary_logarithm(x),
       []<class V>(const F& a) { return natural_logarithm<V>(a) * logarithm_constants<F>::log10_e; },

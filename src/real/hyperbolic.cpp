@@ -9,13 +9,13 @@ namespace zrt::real {
 namespace {
 
 template <format F>
-result<F> hyperbolic_sine_of(const F& x) {
+[[gnu::always_inline]] inline result<F> hyperbolic_sine_of(const F& x) {
   return evaluated<F>(
       has_ordinary_hyperbolic_sine(x), []<class V>(const F& a) { return hyperbolic_sine<V>(a); },
       x);
 }
 template <format F>
-result<F> hyperbolic_tangent_of(const F& x) {
+[[gnu::always_inline]] inline result<F> hyperbolic_tangent_of(const F& x) {
   return evaluated<F>(
       has_ordinary_hyperbolic_tangent(x),
       []<class V>(const F& a) { return hyperbolic_tangent<V>(a); }, x);

@@ -42,34 +42,34 @@ template <format F>
 constexpr double arctangent_degrees = arctangent_constants<F>::degrees;
 
 template <format F>
-result<F> arcsine_of(const F& x) {
+[[gnu::always_inline]] inline result<F> arcsine_of(const F& x) {
   return evaluated<F>(
       has_ordinary_arcsine(x), []<class V>(const F& a) { return arcsine<V>(a, 0); }, x);
 }
 template <format F>
-result<F> arccosine_of(const F& x) {
+[[gnu::always_inline]] inline result<F> arccosine_of(const F& x) {
   return evaluated<F>(
       has_ordinary_arcsine(x), []<class V>(const F& a) { return arcsine<V>(a, 1); }, x);
 }
 template <format F>
-result<F> arcsine_in_degrees(const F& x) {
+[[gnu::always_inline]] inline result<F> arcsine_in_degrees(const F& x) {
   return evaluated<F>(
       has_ordinary_arcsine(x),
       []<class V>(const F& a) { return arcsine<V>(a, 0) * arcsine_degrees; }, x);
 }
 template <format F>
-result<F> arccosine_in_degrees(const F& x) {
+[[gnu::always_inline]] inline result<F> arccosine_in_degrees(const F& x) {
   return evaluated<F>(
       has_ordinary_arcsine(x),
       []<class V>(const F& a) { return arcsine<V>(a, 1) * arcsine_degrees; }, x);
 }
 template <format F>
-result<F> arctangent_of(const F& x) {
+[[gnu::always_inline]] inline result<F> arctangent_of(const F& x) {
   return evaluated<F>(
       has_ordinary_arctangent(x), []<class V>(const F& a) { return arctangent<V>(a); }, x);
 }
 template <format F>
-result<F> arctangent_in_degrees(const F& x) {
+[[gnu::always_inline]] inline result<F> arctangent_in_degrees(const F& x) {
   return evaluated<F>(
       has_ordinary_arctangent(x),
       []<class V>(const F& a) { return arctangent<V>(a) * arctangent_degrees<F>; }, x);

@@ -80,7 +80,7 @@ reg power(const float& x, const float& y) {
 }
 
 template <format F>
-result<F> integer_power_of(const F& x, std::int32_t n) {
+[[gnu::always_inline]] inline result<F> integer_power_of(const F& x, std::int32_t n) {
   return evaluated<F>(
       has_ordinary_power(x, n),
       []<class V>(const F& a, std::int32_t k) { return integer_power<V>(a, k); }, x, n);
@@ -107,7 +107,7 @@ double ordinary_power(const float& x, const float& y) {
 #endif
 
 template <format F>
-result<F> power_of(const F& x, const F& y) {
+[[gnu::always_inline]] inline result<F> power_of(const F& x, const F& y) {
 #if defined(__x86_64__)
   if (is_ordinary(x, y)) [[likely]]
     return static_cast<F>(ordinary_power(x, y));

@@ -46,17 +46,17 @@ reg remainder(const F& a, const F& p) {
 }
 
 template <format F>
-result<F> nearest_whole_of(const F& x) {
+[[gnu::always_inline]] inline result<F> nearest_whole_of(const F& x) {
   return evaluated<F>(
       is_ordinary_to_round(x), []<class V>(const F& a) { return nearest_whole<V>(a); }, x);
 }
 template <format F>
-result<F> floor_of(const F& x) {
+[[gnu::always_inline]] inline result<F> floor_of(const F& x) {
   return evaluated<F>(
       is_ordinary_to_round(x), []<class V>(const F& a) { return floor(load<V>(a)); }, x);
 }
 template <format F>
-result<F> ceiling_of(const F& x) {
+[[gnu::always_inline]] inline result<F> ceiling_of(const F& x) {
   return evaluated<F>(
       is_ordinary_to_round(x), []<class V>(const F& a) { return ceiling(load<V>(a)); }, x);
 }
