@@ -65,7 +65,7 @@ template <std::same_as<reg> V>
 /// multiple; their exact sum is s within 2**-79. So the result is s rounded to half units, and then
 /// to units with ties to even: r itself where |s - r| is less than a quarter of a unit, else the
 /// even one of r and its neighbour on the side of s. s - r is (x - r**2) / 2 r. The steps decide
-/// what lies within 2**-20 of a quarter, or at the end of a binade (seen: one operand in 2**18).
+/// what lies within 2**-20 of a quarter, or at the end of a binade: one operand in 2**20.
 template <std::same_as<double> V>
 [[gnu::always_inline]] inline double square_root(const double& x) {
   const double r = fsqrt(x);
