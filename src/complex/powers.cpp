@@ -14,7 +14,7 @@ namespace {
 /// reciprocal, its parts stored; the smallest integer counts as -2**31. A base of zeros or NaNs
 /// alone gives (1.0, 0.0) for n = 0 and (0.0, 0.0) for any other n.
 template <class F, class C>
-parts integer_power(const C& z, std::int32_t n) {
+register_parts integer_power(const C& z, std::int32_t n) {
   reg x = load(z.re), y = load(z.im);
   if (both_compare_equal_to_zero(x, y)) return {n == 0 ? 1.0L : 0.0L, 0.0L};
   auto left = static_cast<std::uint32_t>(n);
@@ -31,7 +31,7 @@ parts integer_power(const C& z, std::int32_t n) {
       im = re * y + im * x;
       re = product;
     }
-    // The square behind the top bit is not used; its flags stay.
+    // The last square is not used, but the flags that it raises are part of the result.
     const reg square = x * x - y * y;
     y = x * y + x * y;
     x = square;
@@ -40,18 +40,16 @@ parts integer_power(const C& z, std::int32_t n) {
 }
 
 /// log z: ln|z| with no scaling, and the angle by fpatan.
-parts logarithm(const dcomplex& z) {
-  constexpr reg ln2 = 0x1.62e42fefa39efp-1L;
+register_parts logarithm(const dcomplex& z) {
   const reg x = load(z.re), y = load(z.im);
-  const reg size = fyl2x(ln2, fsqrt(x * x + y * y));
+  const reg size = fyl2x(ln2<double>, fsqrt(x * x + y * y));
   return {size, fpatan(y, x)};
 }
 
 /// The same with ln 2 rounded to single, ln|z| stored, and the angle of REAL*4.
-parts logarithm(const fcomplex& z) {
-  constexpr reg ln2 = 0x1.62e43p-1L;
+register_parts logarithm(const fcomplex& z) {
   const reg x = load(z.re), y = load(z.im);
-  const reg size = stored<float>(fyl2x(ln2, fsqrt(x * x + y * y)));
+  const reg size = stored<float>(fyl2x(ln2<float>, fsqrt(x * x + y * y)));
   return {size, real::angle(z.im, z.re)};
 }
 
@@ -59,7 +57,7 @@ parts logarithm(const fcomplex& z) {
 /// where w is such too; a w whose imaginary part is a zero or a NaN and whose real part is found
 /// whole goes to the integer power, otherwise it takes the short product.
 template <class F, class C>
-parts power(const C& z, const C& w) {
+register_parts power(const C& z, const C& w) {
   const bool zero_base = both_compare_equal_to_zero(load(z.re), load(z.im));
   const reg c = load(w.re), d = load(w.im);
   const bool real_exponent = compares_equal(d, 0.0L);
@@ -70,7 +68,7 @@ parts power(const C& z, const C& w) {
   }
   if (real_exponent && real::whole_by_leading_bits(w.re))
     return integer_power<F>(z, truncated_to_int32(c));
-  const parts log = logarithm(z);
+  const register_parts log = logarithm(z);
   const reg u = real_exponent ? log.re * c : log.re * c - log.im * d;
   const reg v = real_exponent ? log.im * c : log.re * d + log.im * c;
   const reg e = exponential(u);
