@@ -19,8 +19,9 @@ std::uint16_t pair(const char* text) { return load<std::uint16_t>(text); }
 
 // The searches below look for a part of at least one character that is not longer than the text,
 // and give its place or null. They go from one place of its first character to the next by the byte
-// search of the C library, at the speed of memory. Where that character turns out to be frequent,
-// so that the calls cost more than they skip, another way takes over.
+// search of the C library, which reads many bytes at once. A call of it costs as much as reading
+// about 128 bytes: where `calls` of them in a row have skipped less than that each, the first
+// character is frequent, and the rest of the text is searched in another way.
 
 constexpr int calls = 4;
 constexpr std::ptrdiff_t worth_calls = calls * 128;  // bytes skipped

@@ -53,9 +53,10 @@ register_parts logarithm(const fcomplex& z) {
   return {size, real::angle(z.im, z.re)};
 }
 
-/// z**w = exp(w log z). A base of zeros or NaNs alone gives (0.0, 0.0), or the library's NaN twice
-/// where w is such too; a w whose imaginary part is a zero or a NaN and whose real part is found
-/// whole goes to the integer power, otherwise it takes the short product.
+/// z**w = exp(w log z). 'Nothing' is a value whose parts are zeros or NaNs. Where z is nothing the
+/// result is (0.0, 0.0), and where w is nothing as well the library's NaN twice. Where the
+/// imaginary part of w is a zero or a NaN, it is left out: a whole real part goes to the integer
+/// power, any other into a product with log z of two multiplications instead of four.
 template <class F, class C>
 register_parts power(const C& z, const C& w) {
   const bool zero_base = both_compare_equal_to_zero(load(z.re), load(z.im));

@@ -19,7 +19,8 @@
 #define ZRT_EXPORTED __attribute__((visibility("default")))
 // A call of an exported name goes through the PLT, which on i386 needs the address of the GOT in
 // ebx. So each value entry has a hidden second name, by which its reference entries call it
-// directly.
+// directly. Protected visibility would do that as well, but the address of a protected function
+// that a program takes without -fPIC is one in the program, and the two would compare unequal.
 #define ZRT_VALUE(type, stem)                                            \
   asm(".globl zorvikrt_direct_" #stem "\n.hidden zorvikrt_direct_" #stem \
       "\n.set zorvikrt_direct_" #stem ", __zorvik_" #stem);              \
@@ -108,8 +109,8 @@ template <format F>
 // A 64-bit load from a slot that a caller has just written as two 32-bit words waits until both are
 // in the cache, some 20 ns. Integer moves of SSE2 join the words on the way to a place of their
 // own, where the load finds them: bit for bit, MXCSR untouched. A caller that stores doubles pays
-// about 0.3 ns for each, so that only entries of which that is less than 3 % do this, and those
-// whose operand always arrives as words.
+// about 0.3 ns for each. REAL*16 entries do this, and those whose INTEGER*8 goes to the FPU;
+// docs/designs.md tells why REAL*8 ones do not.
 
 #if defined(__i386__)
 

@@ -178,7 +178,7 @@ ZRT_VALUE(ZRT_NAKED(std::uint64_t), ulmod)(std::uint64_t, std::uint64_t) {
 
 ZRT_VALUE(std::int64_t, ldiv)(std::int64_t a, std::int64_t b) {
   if (static_cast<std::uint64_t>(b) + 1 > 1) return a / b;  // neither 0 nor -1
-  return b == 0 ? signed_by_zero : negated_by(a, -1);
+  return b == 0 ? signed_by_zero : negated_by(a, std::int64_t{-1});
 }
 ZRT_VALUE(std::int64_t, lmod)(std::int64_t a, std::int64_t b) {
   if (static_cast<std::uint64_t>(b) + 1 > 1) return a % b;  // neither 0 nor -1

@@ -4,7 +4,7 @@
 // remainder are the entries themselves.
 
 #include "frame/entry.hpp"
-#include "int64/shifts.hpp"
+#include "int64/signs.hpp"
 
 namespace zrt::int64 {
 

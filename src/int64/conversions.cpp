@@ -1,4 +1,4 @@
-// Conversions between INTEGER*8 and the floating types, and the 64-bit shifts.
+// Conversions between INTEGER*8 and the floating types.
 //
 // The fast forms run on the x87 unit, whose 64-bit significand holds every INTEGER*8 exactly:
 // whoever stores the result rounds it. The slow forms use 32-bit integer instructions alone and cut
@@ -7,7 +7,7 @@
 #include "int64/conversions.hpp"
 
 #include "entries.hpp"
-#include "int64/shifts.hpp"
+#include "int64/signs.hpp"
 
 namespace zrt::int64 {
 namespace {
@@ -15,7 +15,7 @@ namespace {
 /// x moved by a half away from zero, rounded to REAL*8, then cut: the nearest integer, ties away
 /// from zero. A NaN takes the upper branch and saturates upward.
 std::int64_t nearest(reg x) {
-  return cvtdll(stored<double>(greater(0.0L, x) ? x - 0.5L : x + 0.5L));
+  return to_integer(stored<double>(greater(0.0L, x) ? x - 0.5L : x + 0.5L));
 }
 
 /// Beyond the range the sign bit decides, of a NaN too.
@@ -98,11 +98,13 @@ reg slow_to_real4(std::uint64_t magnitude, bool negative) {
 using namespace zrt;
 using namespace zrt::int64;
 
-ZRT_VALUE(std::int64_t, cvtdll)(real8 x) { return cvtdll(load(x)); }
-ZRT_VALUE(std::int64_t, cvtfll)(real4 x) { return cvtdll(load(x)); }
-ZRT_VALUE(real8_result, cvtlld)(integer8 a) { return returned<double>(cvtlld(joined(a))); }
-ZRT_VALUE(real4_result, cvtllf)(integer8 a) { return returned<float>(cvtlld(joined(a))); }
-ZRT_VALUE(real8_result, cvtulld)(unsigned8 a) { return returned<double>(cvtulld(joined(a))); }
+ZRT_VALUE(std::int64_t, cvtdll)(real8 x) { return to_integer(load(x)); }
+ZRT_VALUE(std::int64_t, cvtfll)(real4 x) { return to_integer(load(x)); }
+ZRT_VALUE(real8_result, cvtlld)(integer8 a) { return returned<double>(load_integer(joined(a))); }
+ZRT_VALUE(real4_result, cvtllf)(integer8 a) { return returned<float>(load_integer(joined(a))); }
+ZRT_VALUE(real8_result, cvtulld)(unsigned8 a) {
+  return returned<double>(from_unsigned<double>(joined(a)));
+}
 ZRT_VALUE(real4_result, cvtullf)(unsigned8 a) {
   return returned<float>(from_unsigned<float>(joined(a)));
 }
@@ -120,12 +122,6 @@ ZRT_VALUE(real8_result, slow_cvtulld)(unsigned8 a) {
 }
 ZRT_VALUE(real4_result, slow_cvtullf)(unsigned8 a) {
   return returned<float>(slow_to_real4(a, false));
-}
-
-ZRT_VALUE(std::int64_t, llshift)(std::int64_t x, std::int32_t n) { return shifted_left(x, n); }
-ZRT_VALUE(std::int64_t, rlshift)(std::int64_t x, std::int32_t n) { return shifted_right(x, n); }
-ZRT_VALUE(std::int64_t, arlshift)(std::int64_t x, std::int32_t n) {
-  return shifted_right_arithmetically(x, n);
 }
 
 ZRT_VALUE(std::int64_t, kidnnt)(real8 x) { return nearest(load(x)); }

@@ -10,14 +10,11 @@ inline constexpr std::int64_t largest = INT64_MAX;
 inline constexpr std::int64_t smallest = INT64_MIN;
 
 /// Cut toward zero, saturated. Every NaN gives the largest integer: it is not below 2**63.
-[[gnu::always_inline]] inline std::int64_t cvtdll(reg x) {
+[[gnu::always_inline]] inline std::int64_t to_integer(reg x) {
   if (!greater(0x1p63L, x)) return largest;
   if (!less(-0x1p63L, x)) return smallest;
   return truncated_to_int64(x);
 }
-
-/// The integer, exact on the FPU stack.
-[[gnu::always_inline]] inline reg cvtlld(const std::int64_t& a) { return load_integer(a); }
 
 /// An integer from 2**63 on, cut toward zero to the significand of F: its top bit is the implicit
 /// one.
@@ -35,9 +32,6 @@ template <format F>
   // A signed and an unsigned integer may share their storage.
   const auto& as_signed = reinterpret_cast<const std::int64_t&>(a);
   return as_signed >= 0 ? load_integer(as_signed) : upper_half<F>(a);
-}
-[[gnu::always_inline]] inline reg cvtulld(const std::uint64_t& a) {
-  return from_unsigned<double>(a);
 }
 
 }  // namespace zrt::int64

@@ -25,18 +25,4 @@ constexpr std::int64_t shifted_right_arithmetically(std::int64_t x, std::int32_t
   return x >> (n < 64 ? n : 63);
 }
 
-/// All ones for a negative x, else zero.
-constexpr std::int64_t sign_mask(std::int64_t x) { return x >> 63; }
-
-/// x where the mask is zero, -x where it is all ones, wrapping.
-constexpr std::int64_t negated_by(std::int64_t x, std::int64_t mask) {
-  return static_cast<std::int64_t>(static_cast<std::uint64_t>(x ^ mask) -
-                                   static_cast<std::uint64_t>(mask));
-}
-
-/// |x| as an unsigned number; the smallest integer is its own magnitude.
-constexpr std::uint64_t magnitude(std::int64_t x) {
-  return static_cast<std::uint64_t>(negated_by(x, sign_mask(x)));
-}
-
 }  // namespace zrt::int64

@@ -8,9 +8,10 @@
 namespace zrt::integer {
 namespace {
 
+/// |x|; the smallest number of the kind gives itself.
 template <class Kind>
-Kind magnitude(Kind x) {
-  return negated_by(x, sign_mask(x));
+Kind absolute(Kind x) {
+  return static_cast<Kind>(magnitude(x));
 }
 
 /// 0 where a < b, else the difference: too big for the kind, it comes back wrapped.
@@ -49,10 +50,10 @@ integer8 remainder(integer8 a, integer8 b) {
 
 using namespace zrt::integer;
 
-ZRT_VALUE(std::int32_t, iiabs)(std::int32_t x) { return magnitude(low<integer2>(x)); }
-ZRT_VALUE(std::int32_t, iabs)(std::int32_t x) { return magnitude(x); }
-ZRT_VALUE(std::int32_t, jiabs)(std::int32_t x) { return magnitude(x); }
-ZRT_VALUE(std::int64_t, kiabs)(std::int64_t x) { return magnitude(x); }
+ZRT_VALUE(std::int32_t, iiabs)(std::int32_t x) { return absolute(low<integer2>(x)); }
+ZRT_VALUE(std::int32_t, iabs)(std::int32_t x) { return absolute(x); }
+ZRT_VALUE(std::int32_t, jiabs)(std::int32_t x) { return absolute(x); }
+ZRT_VALUE(std::int64_t, kiabs)(std::int64_t x) { return absolute(x); }
 
 ZRT_VALUE(std::int32_t, iidim)(std::int32_t a, std::int32_t b) {
   return positive_wrapped_difference(low<integer2>(a), low<integer2>(b));

@@ -41,12 +41,13 @@ integer8 set_bit(integer8 x, integer8 position) {
   return x | bit_at(position);
 }
 
-/// 0 or 1. A position beyond the kind reads a copy of the sign bit, up to 31.
+/// 0 or 1. INTEGER*1 and *2 are extended to 32 bits first: a position from their width to 31 reads
+/// the sign bit.
 template <class Kind>
 std::int32_t test_bit(Kind x, Kind position) {
   return static_cast<std::int32_t>(x) >> count(position) & 1;
 }
-/// INTEGER*8: any position beyond the kind reads the sign bit.
+/// INTEGER*8: a position outside 0 to 63 reads the sign bit.
 integer8 test_bit(integer8 x, integer8 position) {
   return int64::shifted_right_arithmetically(x, low<integer4>(position)) & 1;
 }

@@ -10,7 +10,13 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "int64/signs.hpp"
+
 namespace zrt::integer {
+
+using int64::magnitude;
+using int64::negated_by;
+using int64::sign_mask;
 
 using integer1 = std::int8_t;
 using integer2 = std::int16_t;
@@ -30,22 +36,10 @@ constexpr Kind low(Wide x) {
   return static_cast<Kind>(x);
 }
 
-/// All ones for a negative x, else zero.
-template <std::signed_integral Kind>
-constexpr Kind sign_mask(Kind x) {
-  return static_cast<Kind>(x >> (width<Kind> - 1));
-}
-
 /// a - b, wrapping.
 template <std::signed_integral Kind>
 constexpr Kind difference(Kind a, Kind b) {
   return static_cast<Kind>(static_cast<bits_of<Kind>>(a) - static_cast<bits_of<Kind>>(b));
-}
-
-/// x where the mask is zero, -x where it is all ones, wrapping.
-template <std::signed_integral Kind>
-constexpr Kind negated_by(Kind x, Kind mask) {
-  return difference(static_cast<Kind>(x ^ mask), mask);
 }
 
 }  // namespace zrt::integer

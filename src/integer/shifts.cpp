@@ -11,7 +11,7 @@ namespace {
 /// 0; the smallest integer has a size beyond every width.
 template <class Kind>
 Kind logical_shift(Kind x, Kind count) {
-  const auto size = static_cast<bits_of<Kind>>(negated_by(count, sign_mask(count)));
+  const bits_of<Kind> size = magnitude(count);
   if (size >= width<Kind>) return 0;
   const auto bits = static_cast<bits_of<Kind>>(x);
   return static_cast<Kind>(count >= 0 ? bits << size : bits >> size);

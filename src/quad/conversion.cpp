@@ -35,9 +35,9 @@ constexpr int whole_exponent = layout<double>::bias + 52;
 
 /// hi and, where it is whole, the floor of lo, cut to integers and added in 64 bits.
 std::uint64_t magnitude_to_integer(const quad& m, int exponent) {
-  const auto high = static_cast<std::uint64_t>(int64::cvtdll(load(m.hi)));
+  const auto high = static_cast<std::uint64_t>(int64::to_integer(load(m.hi)));
   if (exponent < whole_exponent) return high;
-  return high + static_cast<std::uint64_t>(int64::cvtdll(real::floor(load(m.lo))));
+  return high + static_cast<std::uint64_t>(int64::to_integer(real::floor(load(m.lo))));
 }
 
 /// Truncation to a signed integer; out of range, infinities and NaNs give the smallest.

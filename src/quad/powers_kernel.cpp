@@ -57,7 +57,7 @@ quad general_power(const quad& x, const quad& y) {
 bool is_whole(const double& x) {
   const reg value = load(x);
   if (exponent_of(x) < 31) return load_integer(truncated_to_int32(value)) == value;
-  return int64::cvtlld(int64::cvtdll(value)) == value;
+  return load_integer(int64::to_integer(value)) == value;
 }
 
 }  // namespace
@@ -88,7 +88,7 @@ quad* power(quad* result, const quad& x, const quad& y) {
       even = true;
     } else if (is_whole(y.hi)) {
       return exponent < 31 ? whole_power(result, x, truncated_to_int32(whole))
-                           : whole_power(result, x, int64::cvtdll(whole));
+                           : whole_power(result, x, int64::to_integer(whole));
     }
   } else {
     even = exponent_of(y.lo) > 52 || is_whole(y.lo);
