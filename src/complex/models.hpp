@@ -34,6 +34,20 @@ template <int low, int high, format F>
 }
 #endif
 
+/// The steps in registers; on x86-64 out of the way of the ordinary call, so that no function
+/// computes in both units.
+#if defined(__x86_64__)
+template <class Steps>
+[[gnu::noinline]] auto in_registers(Steps steps) {
+  return steps(std::type_identity<reg>{});
+}
+#else
+template <class Steps>
+[[gnu::always_inline]] inline auto in_registers(Steps steps) {
+  return steps(std::type_identity<reg>{});
+}
+#endif
+
 // The result of `steps`, called with the type of values that the operands allow.
 template <class Steps, class... Operands>
 [[gnu::always_inline]] inline complex8_result complex8_by(
@@ -41,7 +55,7 @@ template <class Steps, class... Operands>
 #if defined(__x86_64__)
   if ((is_ordinary(operands) & ...)) return returned_complex8(steps(std::type_identity<double>{}));
 #endif
-  return returned_complex8(steps(std::type_identity<reg>{}));
+  return returned_complex8(in_registers(steps));
 }
 template <class Steps, class... Operands>
 [[gnu::always_inline]] inline dcomplex* complex16_by(Steps steps, dcomplex* result,
@@ -50,7 +64,7 @@ template <class Steps, class... Operands>
   if ((is_ordinary(operands) & ...))
     return returned_complex16(result, steps(std::type_identity<double>{}));
 #endif
-  return returned_complex16(result, steps(std::type_identity<reg>{}));
+  return returned_complex16(result, in_registers(steps));
 }
 template <format F, class Steps, class Operand>
 [[gnu::always_inline]] inline result<F> real_by(Steps steps,
@@ -58,7 +72,7 @@ template <format F, class Steps, class Operand>
 #if defined(__x86_64__)
   if (is_ordinary(operand)) return static_cast<F>(steps(std::type_identity<double>{}));
 #endif
-  return returned<F>(steps(std::type_identity<reg>{}));
+  return returned<F>(in_registers(steps));
 }
 
 }  // namespace zrt::complex
