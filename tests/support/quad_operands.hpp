@@ -55,7 +55,12 @@ struct operand_source {
   zrt::quad number(int low, int high) {
     const double hi = part(low, high);
     const int exponent = std::ilogb(std::isfinite(hi) && hi != 0 ? hi : 1.0);
-    switch (below(8)) {
+    switch (below(10)) {
+      case 8:  // exact products and quotients, so that the low parts decide
+        return {power(static_cast<int>(below(621)) - 310),
+                power(static_cast<int>(below(621)) - 310)};
+      case 9:
+        return {power(static_cast<int>(below(7)) - 3), any(-1074, -960)};
       case 0:
         return {hi, below(2) ? 0.0 : -0.0};
       case 1:
