@@ -66,10 +66,13 @@ ZORVIKRT_UNARY(cosh, coshl)
 ZORVIKRT_UNARY(tanh, tanhl)
 #undef ZORVIKRT_UNARY
 
+namespace detail {
+[[gnu::noinline]] inline real16 root_elsewhere(real16 a) { return real(__zorvik_sqrtl, a); }
+}  // namespace detail
 /** Square root. */
 inline real16 sqrt(const real16& x) {
-  if (detail::in_line() && detail::certain_root(x)) return detail::root_of(x);
-  return detail::real(__zorvik_sqrtl, x);
+  if (!detail::in_line() || !detail::certain_root(x)) return detail::root_elsewhere(x);
+  return detail::root_of(x);
 }
 
 // One of the operands may be of another kind.

@@ -249,9 +249,10 @@ namespace detail {
 
 template <class... Entry, class... Operands>
 inline real16 real(zorvikrt_quad* (*entry)(zorvikrt_quad*, Entry...), Operands... operands) {
-  real16 result;
+  zorvikrt_quad result;
   entry(&result, operands...);
-  return result;
+  // Held, for two loads: one of both parts would wait until the entry's two stores are done.
+  return {held(result.hi), held(result.lo)};
 }
 
 template <class... Entry, class... Operands>
