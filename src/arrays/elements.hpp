@@ -32,8 +32,11 @@ ZRT_INLINE second_complex as_second(const complex_pairs& b) {
 }
 /// The last product takes the second operand's part first.
 ZRT_INLINE complex_pairs mul(const first_complex& a, const second_complex& b) {
-  return {sub(mul(a.re, b.re), mul(a.im, b.im)),
-          add(mul(a.re, b.im), mul(b.re_first, a.im_second))};
+  return {sub(mul_beside_sums(a.re, b.re), mul_beside_sums(a.im, b.im)),
+          add(mul_beside_sums(a.re, b.im), mul_beside_sums(b.re_first, a.im_second))};
+}
+ZRT_INLINE complex_pairs mul_beside_sums(const first_complex& a, const second_complex& b) {
+  return mul(a, b);
 }
 
 ZRT_INLINE void check_factor(doubt& check, const pairs& x) { check.factor(x); }

@@ -48,6 +48,7 @@ ZRT_INLINE pairs second_of(const pairs& a) { return a; }
 ZRT_INLINE void write_first(double* parts, const quad& a) { write_packed(parts, a); }
 ZRT_INLINE quad first_value(const double* parts) { return read_packed(parts); }
 ZRT_INLINE first_factor read_first(const double* parts) { return read_packed(parts); }
+ZRT_INLINE pairs mul_beside_sums(const pairs& a, const pairs& b) { return scalar::mul(a, b); }
 ZRT_INLINE bool usable_factor(const quad&) { return true; }
 
 }  // namespace

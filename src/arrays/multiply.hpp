@@ -111,7 +111,7 @@ bool run_tile(index depth, const double* a, const double* b, T* c, index column)
       read_first(b + j * element<T>::parts, first);
 #pragma GCC unroll 8
       for (index v = 0; v < tile<T>::vectors; ++v)
-        sum[j][v] = add(sum[j][v], mul(first, second[v]));
+        sum[j][v] = add(sum[j][v], mul_beside_sums(first, second[v]));
     }
     a += tile<T>::packed_rows;
     b += tile<T>::packed_columns;
