@@ -3,7 +3,7 @@
 # Other scripts source it after setting `packages`.
 set -eu
 
-packages=${packages:-"g++ g++-multilib gfortran gfortran-multilib cmake ninja-build googletest libmpfr-dev libmpc-dev libboost-math-dev libeigen3-dev libfmt-dev python3 binutils pkg-config lintian"}
+packages=${packages:-"g++ g++-multilib gfortran gfortran-multilib cmake ninja-build googletest libmpfr-dev libmpc-dev libboost-math-dev libeigen3-dev libfmt-dev python3 binutils pkg-config lintian libopenmpi-dev openmpi-bin"}
 
 missing=
 for package in $packages; do

@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
 """Makes the array forms of the entries: every numeric value entry, element by element.
 
-usage: generate_arrays.py LIST OUTPUT_DIRECTORY
+usage: generate_arrays.py LIST FORTRAN_TEMPLATE OUTPUT_DIRECTORY
 
-Reads src/frame/exports.list and writes:
+Reads src/frame/exports.list and fortran/zorvikrt_arrays.f90.in and writes:
   zorvikrt/array_entries.h   the C declarations
   array_entries.cpp          the routines
   array_entry_table.inc      one row for each, for the tests
+  zorvikrt_arrays.f90        the Fortran module: lines between '!@ both' and '!@ end' stand for both types, and
+                             '!@ generic', '!@ interface' and '!@ routine' for what follows from names
 Only the Python standard library is needed. Bad input gives one line with file and line number.
 """
 import sys
@@ -76,18 +78,82 @@ def table(entries):
         f"ZRT_ARRAY_ENTRY({e.stem}, '{e.result}', \"{''.join(code for _, code in e.operands)}\")" for e in entries]
 
 
+# How Fortran declares an argument of a routine, in the interface of the C function and in the routine itself:
+# c an option, t a scalar, r w arrays read and written, i o row numbers read and written, else a size.
+DECLARATIONS = {
+    "c": ("character(kind=c_char), value", "character, intent(in)", ""),
+    "t": ("@t@, value", "@t@, intent(in)", ""),
+    "r": ("@t@, intent(in)", "@t@, intent(in)", "(*)"),
+    "w": ("@t@, intent(inout)", "@t@, intent(inout)", "(*)"),
+    "i": ("integer(c_int32_t), intent(in)", "integer(c_int32_t), intent(in)", "(*)"),
+    "o": ("integer(c_int32_t), intent(out)", "integer(c_int32_t), intent(out)", "(*)"),
+    "": ("integer(size_kind), value", "integer, intent(in)", ""),
+}
+
+
+def fortran_arguments(words):
+    return [(word.split(":") + [""])[:2] for word in words]
+
+
+def fortran_interface(routine, words):
+    arguments = fortran_arguments(words)
+    names = ", ".join(name for name, _ in arguments)
+    return [f"    function c_@p@{routine}({names}) &", f"        bind(c, name='zorvikrt_@p@{routine}') result(info)",
+            "      import", *(f"      {DECLARATIONS[code][0]} :: {name}{DECLARATIONS[code][2]}" for name, code in arguments),
+            "      integer(c_int) :: info", "    end function"]
+
+
+def fortran_routine(routine, words):
+    arguments = fortran_arguments(words)
+    names = ", ".join(name for name, _ in arguments)
+    passed = ", ".join(name if code else f"int({name}, size_kind)" for name, code in arguments)
+    return [f"  subroutine @p@_{routine}({names}, info)",
+            *(f"    {DECLARATIONS[code][1]} :: {name}{DECLARATIONS[code][2]}" for name, code in arguments),
+            "    integer, intent(out), optional :: info",
+            *exports.fortran_lines(f"    call check('zorvik_{routine}', int(c_@p@{routine}({passed})), info)"),
+            "  end subroutine"]
+
+
+def fortran_module(path):
+    """The template with its marked lines replaced."""
+    makers = {"interface": fortran_interface, "routine": fortran_routine}
+    out, block = [f"! {NOTE}"], None
+    for number, line in enumerate(Path(path).read_text(encoding="utf-8").splitlines(), 1):
+        mark = line.split()[1:] if line.startswith("!@") else None
+        made = [line]
+        if mark and mark[0] in makers and block is not None:
+            made = makers[mark[0]](mark[1], mark[2:])
+        elif mark and mark[0] == "generic" and block is None:
+            made = [text for name in mark[1:] for text in
+                    (f"  interface zorvik_{name}", f"    procedure q_{name}, x_{name}", "  end interface")]
+        elif mark == ["both"] and block is None:
+            block, made = [], []
+        elif mark == ["end"] and block is not None:
+            made = [text.replace("@t@", t).replace("@p@", p).replace("@u@", u)
+                    for t, p, u in (("type(real16)", "q", ""), ("type(complex32)", "x", "u")) for text in block]
+            block = None
+        elif mark:
+            raise exports.ListError(f"{path}:{number}: '{line}' has no place here")
+        (out if block is None else block).extend(made)
+    if block is not None:
+        raise exports.ListError(f"{path}: '!@ both' without its '!@ end'")
+    return out
+
+
 def main(arguments):
-    if len(arguments) != 2:
-        sys.exit("usage: generate_arrays.py LIST OUTPUT_DIRECTORY")
+    if len(arguments) != 3:
+        sys.exit("usage: generate_arrays.py LIST FORTRAN_TEMPLATE OUTPUT_DIRECTORY")
     try:
         entries, _ = exports.parse(arguments[0])
+        module = fortran_module(arguments[1])
     except (exports.ListError, OSError, UnicodeDecodeError) as error:
         sys.exit(f"generate_arrays: {error}")
     chosen = [entry for entry in entries if numeric(entry)]
-    output = Path(arguments[1])
+    output = Path(arguments[2])
     exports.write(output / "zorvikrt" / "array_entries.h", c_header(chosen))
     exports.write(output / "array_entries.cpp", routines(chosen))
     exports.write(output / "array_entry_table.inc", table(chosen))
+    exports.write(output / "zorvikrt_arrays.f90", module)
 
 
 if __name__ == "__main__":
