@@ -25,6 +25,8 @@ if(TARGET zorvikrt_arrays)
   set(arrays zorvikrt_arrays)
   install(FILES "${generated}/zorvikrt/array_entries.h"
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/zorvikrt" COMPONENT development)
+  install(FILES "${generated}/zorvikrt_arrays.f90" fortran/zorvikrt_mpi.f90
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/zorvikrt" COMPONENT development)
 endif()
 install(TARGETS zorvikrt zorvikrt_text zorvikrt_cxx ${special} ${arrays} EXPORT zorvikrt
   RUNTIME COMPONENT runtime

@@ -106,9 +106,15 @@ def fortran_interface(routine, words):
 def fortran_routine(routine, words):
     arguments = fortran_arguments(words)
     names = ", ".join(name for name, _ in arguments)
+    matrices = {name[2:] for name, _ in arguments if name.startswith("ld")}
+
+    def shape(name, code):
+        return f"(ld{name}, *)" if name in matrices else DECLARATIONS[code][2]
+
     passed = ", ".join(name if code else f"int({name}, size_kind)" for name, code in arguments)
     return [f"  subroutine @p@_{routine}({names}, info)",
-            *(f"    {DECLARATIONS[code][1]} :: {name}{DECLARATIONS[code][2]}" for name, code in arguments),
+            *(f"    {DECLARATIONS[code][1]} :: {name}" for name, code in arguments if not code),
+            *(f"    {DECLARATIONS[code][1]} :: {name}{shape(name, code)}" for name, code in arguments if code),
             "    integer, intent(out), optional :: info",
             *exports.fortran_lines(f"    call check('zorvik_{routine}', int(c_@p@{routine}({passed})), info)"),
             "  end subroutine"]
