@@ -44,13 +44,15 @@ struct quotient_of {
   }
   static quad entry(const quad& x, const quad& y) { return scalar::div(x, y); }
 };
-struct root_of {
+/// A function of one REAL*16 operand: on lanes, and by its entry.
+template <pairs (*function)(const pairs&, doubt&), quad (*by_entry)(const quad&)>
+struct function_of {
   static ZRT_INLINE pairs lanes(const pairs& x, const pairs&, doubt& check) {
-    const pairs r = root(x, check);
+    const pairs r = function(x, check);
     check.finite(r);
     return r;
   }
-  static quad entry(const quad& x, const quad&) { return scalar::root(x); }
+  static quad entry(const quad& x, const quad&) { return by_entry(x); }
 };
 
 template <class Operation, class T>

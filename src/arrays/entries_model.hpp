@@ -40,6 +40,10 @@ struct doubt {
 
 ZRT_INLINE pairs div(const pairs& a, const pairs& b, doubt&) { return scalar::div(a, b); }
 ZRT_INLINE pairs root(const pairs& a, doubt&) { return scalar::root(a); }
+ZRT_INLINE pairs exponential(const pairs& a, doubt&) { return scalar::exponential(a); }
+ZRT_INLINE pairs logarithm(const pairs& a, doubt&) { return scalar::logarithm(a); }
+ZRT_INLINE pairs sine(const pairs& a, doubt&) { return scalar::sine(a); }
+ZRT_INLINE pairs cosine(const pairs& a, doubt&) { return scalar::cosine(a); }
 
 inline constexpr index first_parts = 2;
 ZRT_INLINE pairs as_first(const pairs& a) { return a; }

@@ -92,7 +92,7 @@ struct linear_kernels {
 struct kernels {
   const char* name;
   binary_kernel<quad> qadd, qsub, qmul, qdiv;
-  unary_kernel<quad> sqrtl;
+  unary_kernel<quad> sqrtl, expl, logl, sinl, cosl;
   linear_kernels<quad> real;
   linear_kernels<cquad> complex;
 };

@@ -24,6 +24,12 @@ inline constexpr index width = ZRT_WIDTH;
 typedef double lanes __attribute__((vector_size(8 * ZRT_WIDTH)));
 typedef unsigned long long words __attribute__((vector_size(8 * ZRT_WIDTH)));
 
+/// Whole numbers of 32 bits, as values and as integers.
+struct whole {
+  lanes value;
+  words integer;
+};
+
 // --- Instructions of the width -----------------------------------------------------------------
 
 #if ZRT_WIDTH == 8
@@ -40,6 +46,10 @@ ZRT_INLINE lanes heads(lanes u, lanes v) {
 }
 ZRT_INLINE lanes tails(lanes u, lanes v) {
   return __builtin_shufflevector(u, v, 1, 9, 3, 11, 5, 13, 7, 15);
+}
+ZRT_INLINE whole truncated(lanes x) {
+  const __m512i n = _mm512_maskz_cvttpd_epi64(0xFF, x);
+  return {_mm512_maskz_cvtepi64_pd(0xFF, n), (words)n};
 }
 /// The 128-bit pieces of even and of odd number, and back.
 ZRT_INLINE lanes evens(lanes u, lanes v) {
@@ -62,6 +72,10 @@ ZRT_INLINE lanes square_root(lanes x) { return _mm256_sqrt_pd(x); }
 ZRT_INLINE bool any_sign(words x) { return _mm256_movemask_pd((lanes)x) != 0; }
 ZRT_INLINE lanes heads(lanes u, lanes v) { return _mm256_unpacklo_pd(u, v); }
 ZRT_INLINE lanes tails(lanes u, lanes v) { return _mm256_unpackhi_pd(u, v); }
+ZRT_INLINE whole truncated(lanes x) {
+  const __m128i n = _mm256_cvttpd_epi32(x);
+  return {_mm256_cvtepi32_pd(n), (words)_mm256_cvtepi32_epi64(n)};
+}
 ZRT_INLINE lanes evens(lanes u, lanes v) { return _mm256_permute2f128_pd(u, v, 0x20); }
 ZRT_INLINE lanes odds(lanes u, lanes v) { return _mm256_permute2f128_pd(u, v, 0x31); }
 ZRT_INLINE lanes zip_low(lanes u, lanes v) { return evens(u, v); }
@@ -74,6 +88,10 @@ ZRT_INLINE lanes square_root(lanes x) { return _mm_sqrt_pd(x); }
 ZRT_INLINE bool any_sign(words x) { return _mm_movemask_pd((lanes)x) != 0; }
 ZRT_INLINE lanes heads(lanes u, lanes v) { return _mm_unpacklo_pd(u, v); }
 ZRT_INLINE lanes tails(lanes u, lanes v) { return _mm_unpackhi_pd(u, v); }
+ZRT_INLINE whole truncated(lanes x) {
+  const __m128i n = _mm_cvttpd_epi32(x);
+  return {_mm_cvtepi32_pd(n), (words)_mm_unpacklo_epi32(n, _mm_srai_epi32(n, 31))};
+}
 ZRT_INLINE lanes evens(lanes u, lanes) { return u; }
 ZRT_INLINE lanes odds(lanes, lanes v) { return v; }
 ZRT_INLINE lanes zip_low(lanes u, lanes) { return u; }
@@ -87,6 +105,14 @@ ZRT_INLINE words not_finite(lanes x) {
   return ~(words)((lanes)(twice_image(x) >> 1) < all(__builtin_inf()));
 }
 #endif
+
+constexpr unsigned long long sign_bit = 1ULL << 63;
+ZRT_INLINE lanes magnitude(lanes x) { return (lanes)((words)x & ~sign_bit); }
+ZRT_INLINE lanes with_sign_of(lanes size, lanes x) {
+  return (lanes)((words)size | ((words)x & sign_bit));
+}
+/// 2**n in the normal range.
+ZRT_INLINE lanes power_of_two(const whole& n) { return (lanes)((n.integer + 1023ULL) << 52); }
 
 // --- Values ------------------------------------------------------------------------------------
 // Elements lie in the order in which the unpack instructions leave them, the same everywhere.
@@ -141,6 +167,11 @@ struct doubt {
   ZRT_INLINE void in_range(lanes x) { sign |= out_of_range(x); }
   ZRT_INLINE void zero_or_in_range(lanes x) {
     sign |= out_of_range(x) & ~(words)(twice_image(x) == 0);
+  }
+  ZRT_INLINE void below(lanes x, double limit) { sign |= ~(words)(magnitude(x) < limit); }
+  ZRT_INLINE void at_least(lanes x, double limit) { sign |= ~(words)(magnitude(x) >= limit); }
+  ZRT_INLINE void zero_or_at_least(lanes x, double limit) {
+    sign |= ~(words)(magnitude(x) >= limit) & ~(words)(twice_image(x) == 0);
   }
   ZRT_INLINE void factor(const pairs& x) {
     zero_or_in_range(x.hi);

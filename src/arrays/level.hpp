@@ -25,7 +25,11 @@ const kernels table = {
     over_elements<difference_of, quad>,
     over_elements<product_of, quad>,
     over_elements<quotient_of, quad>,
-    over_elements<root_of>,
+    over_elements<function_of<root, scalar::root>>,
+    over_elements<function_of<exponential, scalar::exponential>>,
+    over_elements<function_of<logarithm, scalar::logarithm>>,
+    over_elements<function_of<sine, scalar::sine>>,
+    over_elements<function_of<cosine, scalar::cosine>>,
     linear<quad>,
     linear<cquad>,
 };

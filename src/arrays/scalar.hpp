@@ -36,6 +36,26 @@ ZRT_INLINE quad root(const quad& a) {
   __zorvik_sqrtl(&r, a);
   return r;
 }
+ZRT_INLINE quad exponential(const quad& a) {
+  quad r;
+  __zorvik_expl(&r, a);
+  return r;
+}
+ZRT_INLINE quad logarithm(const quad& a) {
+  quad r;
+  __zorvik_logl(&r, a);
+  return r;
+}
+ZRT_INLINE quad sine(const quad& a) {
+  quad r;
+  __zorvik_sinl(&r, a);
+  return r;
+}
+ZRT_INLINE quad cosine(const quad& a) {
+  quad r;
+  __zorvik_cosl(&r, a);
+  return r;
+}
 ZRT_INLINE quad negated(const quad& a) {
   quad r;
   __zorvik_qneg(&r, a);

@@ -94,19 +94,27 @@ struct kernel {
   binary routine;
   quad (*entry)(quad, quad);
 };
+/// A routine of one operand, as one of two.
+template <auto routine>
+int with_one(std::ptrdiff_t n, const quad* x, std::ptrdiff_t incx, const quad*, std::ptrdiff_t,
+             quad* r, std::ptrdiff_t incr) {
+  return routine(n, x, incx, r, incr);
+}
+template <auto entry>
+quad of_one(quad a, quad) {
+  quad r;
+  return *entry(&r, a);
+}
 const kernel kernels[] = {
     {"qadd", zorvikrt_array_qadd, plus},
-    {"qsub", zorvikrt_array_qsub,
-     [](quad a, quad b) {
-       quad r;
-       return *__zorvik_qsub(&r, a, b);
-     }},
+    {"qsub", zorvikrt_array_qsub, [](quad a, quad b) { return result_of(__zorvik_qsub, a, b); }},
     {"qmul", zorvikrt_array_qmul, times},
     {"qdiv", zorvikrt_array_qdiv, over},
-    {"sqrtl",
-     [](std::ptrdiff_t n, const quad* x, std::ptrdiff_t incx, const quad*, std::ptrdiff_t, quad* r,
-        std::ptrdiff_t incr) { return zorvikrt_array_sqrtl(n, x, incx, r, incr); },
-     [](quad a, quad) { return root(a); }},
+    {"sqrtl", with_one<zorvikrt_array_sqrtl>, of_one<__zorvik_sqrtl>},
+    {"expl", with_one<zorvikrt_array_expl>, of_one<__zorvik_expl>},
+    {"logl", with_one<zorvikrt_array_logl>, of_one<__zorvik_logl>},
+    {"sinl", with_one<zorvikrt_array_sinl>, of_one<__zorvik_sinl>},
+    {"cosl", with_one<zorvikrt_array_cosl>, of_one<__zorvik_cosl>},
 };
 
 const quad* element(const std::vector<quad>& x, std::ptrdiff_t n, std::ptrdiff_t step,
@@ -179,6 +187,32 @@ std::uint32_t mxcsr_word() {
   return word;
 }
 void set_mxcsr(std::uint32_t word) { asm volatile("ldmxcsr %0" : : "m"(word)); }
+
+/// Operands of functions where their steps change: multiples of ln 2, of pi/40 and powers of two, a
+/// few units off, over all magnitudes.
+TEST(ArraysElementwise, FunctionsWhereTheirStepsChange) {
+  const double units[] = {0x1.62e42fefa39efp-1, 0x1.41b2f769cf0ep-4, 1.0, 0x1.6a09e667f3bcdp-1};
+  std::vector<quad> x(4000);
+  for (quad& q : x) {
+    draw(q, 0);
+    const double tail = q.lo / q.hi;
+    const double whole = static_cast<double>(below(2000) - 1000);
+    q.hi = units[below(4)] *
+           (below(2) != 0 ? whole : std::ldexp(1.0, static_cast<int>(below(240)) - 120));
+    q.hi *= 1 + static_cast<double>(below(5) - 2) * 0x1p-52;
+    q.lo = below(4) == 0
+               ? 0
+               : q.hi * (below(4) == 0 ? std::ldexp(tail, -static_cast<int>(below(300))) : tail);
+  }
+  on_every_level([&](const std::string& level) {
+    for (const kernel& k : kernels) {
+      std::vector<quad> got(x.size()), want;
+      for (const quad& q : x) want.push_back(k.entry(q, q));
+      ASSERT_EQ(k.routine(4000, x.data(), 1, x.data(), 1, got.data(), 1), 0);
+      EXPECT_TRUE(same(got, want, level + " " + k.name));
+    }
+  });
+}
 
 /// Whatever the thread's state is, bits are the same and the state comes back.
 TEST(ArraysElementwise, TheStateOfTheThreadDoesNotMatter) {

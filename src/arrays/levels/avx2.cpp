@@ -4,4 +4,5 @@
 #define ZRT_WIDTH 4
 #define ZRT_FUSED
 #include "arrays/lanes_model.hpp"
+#include "arrays/quad_circular.hpp"
 #include "arrays/level.hpp"

@@ -1,0 +1,161 @@
+// The array library beside loops over libqd and __float128: one call is one routine over the size
+// in the row's name.
+
+#if defined(ZORVIKRT_BENCH_ARRAYS)
+
+#include <quadmath.h>
+#include <zorvikrt/arrays.h>
+
+#include <memory>
+#include <random>
+
+#include "rows.hpp"
+
+#if defined(ZORVIKRT_BENCH_QD)
+#include <qd/dd_real.h>
+#endif
+
+namespace bench {
+namespace {
+
+inline __float128 exp(__float128 x) { return expq(x); }
+inline __float128 log(__float128 x) { return logq(x); }
+inline __float128 sin(__float128 x) { return sinq(x); }
+
+using quad = zorvikrt_quad;
+
+template <class T>
+std::vector<T> drawn(std::size_t n) {
+  std::mt19937_64 random(5);
+  std::uniform_real_distribution<double> part(1, 2);
+  std::vector<T> values;
+  for (std::size_t i = 0; i < n; ++i) values.push_back(static_cast<T>(part(random)));
+  return values;
+}
+template <>
+std::vector<quad> drawn<quad>(std::size_t n) {
+  std::vector<quad> values;
+  for (const double x : drawn<double>(n)) values.push_back({x, x * 0x1p-55});
+  return values;
+}
+
+/// The loops that a program would write.
+template <class T>
+struct loops {
+  static void add(int n, const T* x, const T* y, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = x[i] + y[i];
+  }
+  static void mul(int n, const T* x, const T* y, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = x[i] * y[i];
+  }
+  static void div(int n, const T* x, const T* y, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = x[i] / y[i];
+  }
+  static void exponential(int n, const T* x, const T*, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = exp(x[i]);
+  }
+  static void logarithm(int n, const T* x, const T*, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = log(x[i]);
+  }
+  static void sine(int n, const T* x, const T*, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = sin(x[i]);
+  }
+  static void dot(int n, const T* x, const T* y, T* r) {
+    T sum = x[0] * y[0];
+    for (int i = 1; i < n; ++i) sum += x[i] * y[i];
+    *r = sum;
+  }
+  static void axpy(int n, const T* x, const T* y, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = y[i] + x[0] * x[i];
+  }
+  static void gemm(int n, const T* a, const T* b, T* c) {
+    for (int j = 0; j < n; ++j)
+      for (int l = 0; l < n; ++l)
+        for (int i = 0; i < n; ++i) c[i + j * n] += b[l + j * n] * a[i + l * n];
+  }
+  static void lu(int n, const T* from, const T*, T* a) {
+    for (int i = 0; i < n * n; ++i) a[i] = from[i];
+    for (int i = 0; i < n; ++i) a[i + i * n] += T(2.0) * n;  // no exchanges
+    for (int k = 0; k < n; ++k) {
+      for (int i = k + 1; i < n; ++i) a[i + k * n] /= a[k + k * n];
+      for (int j = k + 1; j < n; ++j)
+        for (int i = k + 1; i < n; ++i) a[i + j * n] -= a[k + j * n] * a[i + k * n];
+    }
+  }
+};
+struct arrays {
+  static void add(int n, const quad* x, const quad* y, quad* r) {
+    zorvikrt_array_qadd(n, x, 1, y, 1, r, 1);
+  }
+  static void mul(int n, const quad* x, const quad* y, quad* r) {
+    zorvikrt_array_qmul(n, x, 1, y, 1, r, 1);
+  }
+  static void div(int n, const quad* x, const quad* y, quad* r) {
+    zorvikrt_array_qdiv(n, x, 1, y, 1, r, 1);
+  }
+  static void exponential(int n, const quad* x, const quad*, quad* r) {
+    zorvikrt_array_expl(n, x, 1, r, 1);
+  }
+  static void logarithm(int n, const quad* x, const quad*, quad* r) {
+    zorvikrt_array_logl(n, x, 1, r, 1);
+  }
+  static void sine(int n, const quad* x, const quad*, quad* r) {
+    zorvikrt_array_sinl(n, x, 1, r, 1);
+  }
+  static void dot(int n, const quad* x, const quad* y, quad* r) { zorvikrt_qdot(n, x, 1, y, 1, r); }
+  static void axpy(int n, const quad* x, const quad* y, quad* r) {
+    __builtin_memcpy(r, y, sizeof *y * static_cast<std::size_t>(n));
+    zorvikrt_qaxpy(n, x[0], x, 1, r, 1);
+  }
+  static void gemm(int n, const quad* a, const quad* b, quad* c) {
+    zorvikrt_qgemm('N', 'N', n, n, n, {1, 0}, a, n, b, n, {1, 0}, c, n);
+  }
+  static void lu(int n, const quad* from, const quad*, quad* a) {
+    static std::vector<std::int32_t> pivots(static_cast<std::size_t>(n));
+    for (int i = 0; i < n * n; ++i) a[i] = from[i];
+    for (int i = 0; i < n; ++i) a[i + i * n].hi += 2.0 * n;
+    zorvikrt_qgetrf(n, n, a, n, pivots.data());
+  }
+};
+
+template <class T>
+void add_row(const char* name, const char* subject, int n, std::size_t size,
+             void (*run)(int, const T*, const T*, T*)) {
+  struct memory {
+    std::vector<T> x, y, r;
+  };
+  auto data = std::make_shared<memory>(memory{drawn<T>(size), drawn<T>(size), drawn<T>(size)});
+  rows().push_back({name, subject, 0, [=](long calls) {
+                      for (long i = 0; i < calls; ++i) {
+                        run(n, data->x.data(), data->y.data(), data->r.data());
+                        asm volatile("" : : "r"(data->r.data()) : "memory");
+                      }
+                    }});
+}
+template <class T, class Routines>
+void add_rows(const char* subject) {
+  constexpr int n = 1000, order = 256, large = 500;
+  add_row<T>("array_qadd_1000", subject, n, n, Routines::add);
+  add_row<T>("array_qmul_1000", subject, n, n, Routines::mul);
+  add_row<T>("array_qdiv_1000", subject, n, n, Routines::div);
+  add_row<T>("array_expl_1000", subject, n, n, Routines::exponential);
+  add_row<T>("array_logl_1000", subject, n, n, Routines::logarithm);
+  add_row<T>("array_sinl_1000", subject, n, n, Routines::sine);
+  add_row<T>("qdot_1000", subject, n, n, Routines::dot);
+  add_row<T>("qaxpy_1000", subject, n, n, Routines::axpy);
+  add_row<T>("qgemm_256", subject, order, order * order, Routines::gemm);
+  add_row<T>("qgetrf_500", subject, large, large * large, Routines::lu);
+}
+
+const registered array_rows([] {
+  add_rows<quad, arrays>(own);
+#if defined(ZORVIKRT_BENCH_QD)
+  add_rows<dd_real, loops<dd_real>>("libqd");
+#endif
+  add_rows<__float128, loops<__float128>>("__float128");
+});
+
+}  // namespace
+}  // namespace bench
+
+#endif
