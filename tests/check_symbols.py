@@ -16,6 +16,10 @@ def run(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
+# Entries that hold a core on doubles in line, beside the registers' way for the other operands.
+IN_LINE = ("cddiv", "cabs", "cdabs", "csqrt", "cdsqrt")
+
+
 def computing_in_both_units(library):
     """Functions with x87 and SSE arithmetic: there the compiler has narrowed an operation. The kernels
     on doubles, in namespaces of their own, call instructions of the x87 by name."""
@@ -24,7 +28,8 @@ def computing_in_both_units(library):
     code = run("objdump", "-d", "--no-show-raw-insn", library)
     return [function.split(":", 1)[0] for function in code.split("\n\n")
             if x87.search(function) and sse.search(function)
-            and not re.search(r"<_ZN3zrt\w*3(sse|fma)\d", function)]
+            and not re.search(r"<_ZN3zrt\w*3(sse|fma)\d", function)
+            and not re.search(rf"<__zorvik_({'|'.join(IN_LINE)})>:", function)]
 
 
 def main(list_path, library):

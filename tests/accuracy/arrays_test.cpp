@@ -58,7 +58,10 @@ struct matrix {
       : n(order), values(static_cast<std::size_t>(order * order)) {
     static std::mt19937_64 random(7);
     std::uniform_real_distribution<double> part(-1, 1);
-    for (quad& q : values) q = {part(random), 0x1p-54 * part(random)};
+    for (quad& q : values) {
+      const double hi = part(random);
+      q = {hi, 0x1p-54 * hi * part(random)};
+    }
   }
   quad& operator()(std::ptrdiff_t i, std::ptrdiff_t j) {
     return values[static_cast<std::size_t>(i + j * n)];
