@@ -22,12 +22,22 @@ def main(list_path, dll, objdump):
     dump = subprocess.run([objdump, "-p", dll], check=True, capture_output=True, text=True).stdout
 
     table = dump.partition("[Ordinal/Name Pointer] Table")[2].partition("\n\n")[0]
-    exported = re.findall(r"^\s*\[\s*\d+\]\s+(?:\+base\[\s*\d+\]\s+)?(?:[0-9a-f]{4,8} )?(\S+)$", table, re.M)
+    numbered = re.findall(r"^\s*\[\s*(\d+)\]\s+(?:\+base\[\s*(\d+)\]\s+)?(?:[0-9a-f]{4,8} )?(\S+)$", table, re.M)
+    exported = [name for _, _, name in numbered]
     faults = [f"not exported: {name}" for name in sorted(listed - set(exported))]
     faults += [f"exported, but not in the list: {name}" for name in sorted(set(exported) - listed)]
     addresses = re.search(r"Export Address Table \t*\s*([0-9a-f]{8})", dump)
     if addresses is None or int(addresses[1], 16) != len(exported):
         faults.append("there are exports without a name")
+
+    places = {name: place for place, name in enumerate(symbols(entries), 1)}
+    base = int(re.search(r"Ordinal Base\s+(\d+)", dump)[1])
+    faults += [f"{name} has the number {number}, not its place in the list" for index, with_base, name in numbered
+               if (number := int(with_base or int(index) + base)) != places.get(name, number)]
+    if not re.search(r"Time/Date\s.*1970", dump):
+        faults.append("carries the time at which it was linked")
+    if ".rsrc" not in dump:
+        faults.append("has no version resource")
 
     imported = set(re.findall(r"DLL Name: (\S+)", dump))
     if not imported <= SYSTEM_DLLS:
@@ -41,7 +51,7 @@ def main(list_path, dll, objdump):
         faults.append("has no entry for the loader")
 
     table = subprocess.run([objdump, "-t", dll], check=True, capture_output=True, text=True).stdout
-    if "load_entry@12" not in table:
+    if "load_entry" not in table:
         faults.append("has no symbols to look at")
     if "_GLOBAL__sub_I" in table:
         faults.append("has variables with a C++ initialiser, which no start code runs")

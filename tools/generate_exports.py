@@ -331,10 +331,11 @@ def version_script(entries):
 
 
 def module_definition(entries):
+    """With the number of each name, which is its place in the list: names are added at its end only."""
     out = [f"; {NOTE}", "LIBRARY zorvikrt.dll", "EXPORTS"]
-    for e in entries:
-        out.append(f"    {e.symbol}" + (" DATA" if e.kind == "data" else ""))
-        out += [f"    __zorvik_I_{reference}" for reference in e.references]
+    data = {e.symbol for e in entries if e.kind == "data"}
+    out += [f"    {name} @{number}" + (" DATA" if name in data else "")
+            for number, name in enumerate(symbols(entries), 1)]
     return out
 
 

@@ -7,7 +7,15 @@
 struct _EXCEPTION_RECORD;
 struct _CONTEXT;
 
+#if defined(__i386__)
+#define ZRT_LOADER_CALL __attribute__((stdcall))
+#else
+#define ZRT_LOADER_CALL
+#endif
+
 namespace zrt::control {
+
+#if defined(__i386__)
 
 /// One link of the thread's chain of exception handlers, whose head stands at fs:[0]. Links lie on
 /// the thread's stack.
@@ -41,6 +49,8 @@ std::int32_t probe_fault_handler(const _EXCEPTION_RECORD* exception, seh_record*
 /// Runs `body(word)` with the handler in the chain; false when it met an illegal instruction.
 bool survives(void (*body)(std::uint32_t), std::uint32_t word);
 
+#endif
+
 /// Calls the functions between two sentinels in their order; null words are skipped.
 using initialiser = void (*)();
 void run_initialisers(const initialiser* start, const initialiser* end);
@@ -50,5 +60,5 @@ void run_initialiser_lists();
 }  // namespace zrt::control
 
 /// The loader's call at each notification. Returns 1.
-extern "C" std::int32_t __attribute__((stdcall))
-load_entry(void* module, std::uint32_t reason, void* reserved);
+extern "C" std::int32_t ZRT_LOADER_CALL load_entry(void* module, std::uint32_t reason,
+                                                   void* reserved);
