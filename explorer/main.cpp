@@ -1,6 +1,7 @@
 // zorvikrt-eval: calls an entry and shows its result to the last bit.
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -10,6 +11,8 @@
 #include <vector>
 
 #include "evaluation.hpp"
+#include "numbers.hpp"
+#include "zorvikrt/text.h"
 #include "zorvikrt/zorvikrt.h"
 
 using namespace explorer;
@@ -22,6 +25,7 @@ constexpr const char* help =
        zorvikrt-eval ENTRY --file FILE [--show LIST] [--csv]
        zorvikrt-eval --list [WORD]
        zorvikrt-eval --describe ENTRY
+       zorvikrt-eval --version
 
 Calls an entry of zorvikrt and shows its result. ENTRY is a stem such as dsin, or a reference entry
 such as I_dsin.
@@ -60,11 +64,37 @@ struct options {
   std::exit(2);
 }
 
+std::string stem_of(const std::string& name) {
+  return name.starts_with("__zorvik_") ? name.substr(9) : name;
+}
+
+bool same_letters(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
+    return std::tolower(x) == std::tolower(y);
+  });
+}
+
 const entry& find(const std::string& name) {
-  const std::string stem = name.starts_with("__zorvik_") ? name.substr(9) : name;
+  const std::string stem = stem_of(name);
   for (const entry& e : entries())
     if (stem == e.name) return e;
+  for (const entry& e : entries())
+    if (same_letters(stem, e.name))
+      fail("there is no entry '" + name + "'; there is '" + e.name + "'");
   fail("there is no entry '" + name + "'; --list shows all");
+}
+
+/// An exported constant by its name, with or without the prefix; null for any other name.
+const constant* find_constant(const std::string& name) {
+  for (const constant& c : constants())
+    if (name == c.name || stem_of(name) == stem_of(c.name)) return &c;
+  return nullptr;
+}
+
+/// Ends the program: with 2 where not all could be written.
+int finished() {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) fail("cannot write the output");
+  return 0;
 }
 
 columns read_columns(const std::string& list) {
@@ -147,17 +177,19 @@ void list_entries(const std::string& word) {
   if (!any) fail("no entry has '" + word + "' in its signature");
 }
 
+bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+
 /// The words of one line; false when a quotation does not end.
 bool split(const std::string& line, std::vector<std::string>& words) {
   words.clear();
   for (std::size_t at = 0; at < line.size();) {
-    if (std::strchr(" \t\r", line[at])) {
+    if (is_blank(line[at])) {
       ++at;
       continue;
     }
     if (line[at] == '#') return true;
     std::string word;
-    while (at < line.size() && !std::strchr(" \t\r", line[at])) {
+    while (at < line.size() && !is_blank(line[at])) {
       if (line[at] != '"') {
         word += line[at++];
         continue;
@@ -187,6 +219,19 @@ class printer {
   const entry& entry_;
   const options& chosen_;
 };
+
+void show_constant(const constant& c, const options& chosen) {
+  const bool is_real =
+      c.width == 64 || std::string_view(c.name).find("FLOAT") != std::string_view::npos;
+  image value;
+  std::memcpy(value.bytes.data(), &c.bits, static_cast<std::size_t>(c.width / 8));
+  const char code = c.width == 64 ? 'd' : is_real ? 'f' : 'i';
+  std::string row = c.name;
+  row += " =";
+  if (chosen.shown.decimal) row += ' ' + decimal_of(code, value);
+  if (chosen.shown.bits) row += (chosen.shown.decimal ? "  " : " ") + bits_of(code, value);
+  std::puts(row.c_str());
+}
 
 void run_table(const entry& e, options& chosen) {
   if (!chosen.from || !chosen.to || !chosen.steps)
@@ -254,21 +299,31 @@ int main(int count, char** arguments) {
   const auto is = [&](const char* word) { return std::strcmp(arguments[1], word) == 0; };
   if (count >= 2 && (is("--help") || is("-h"))) {
     std::fputs(help, stdout);
-    return 0;
+    return finished();
   }
   if (count >= 2 && is("--list")) {
     if (count > 3) fail("--list takes one word");
     list_entries(count == 3 ? arguments[2] : "");
-    return 0;
+    return finished();
+  }
+  if (count == 2 && is("--version")) {
+    std::printf("zorvikrt-eval %s\n", zorvikrt_version());
+    return finished();
   }
   if (count >= 2 && is("--describe")) {
     if (count != 3) fail("--describe takes one entry");
     const entry& e = find(arguments[2]);
     std::printf("%s\n%s\n", signature(e).c_str(), description_of(e).documentation);
-    return 0;
+    return finished();
   }
   options chosen = read_arguments(count, arguments);
   if (chosen.entry_name.empty()) fail("which entry? --list shows all, --help tells the rest");
+  if (const constant* c = find_constant(chosen.entry_name)) {
+    if (!chosen.operands.empty() || chosen.from || chosen.to || chosen.steps || chosen.file)
+      fail(std::string(c->name) + " is a constant and takes no operands");
+    show_constant(*c, chosen);
+    return finished();
+  }
   const entry& e = find(chosen.entry_name);
   try {
     if (chosen.file && (chosen.from || chosen.to || chosen.steps))
@@ -282,6 +337,5 @@ int main(int count, char** arguments) {
   } catch (const unreadable& error) {
     fail(error.what());
   }
-  if (std::fflush(stdout) != 0) fail("cannot write the output");
-  return 0;
+  return finished();
 }

@@ -14,11 +14,19 @@ case $date in
   [0-9][0-9][0-9][0-9]-[0-9][0-9]-[0-9][0-9]) ;;
   *) echo "demo: '$date' is not a date YYYY-MM-DD" >&2; exit 2 ;;
 esac
+if ! date -d "$date" >/dev/null 2>&1; then
+  echo "demo: there is no day $date" >&2
+  exit 2
+fi
 
 packages="g++ g++-multilib gfortran gfortran-multilib cmake ninja-build python3"
 . scripts/setup.sh
 
 build=build/demo-i386
+# One at a time: a second demo waits for the build of the first.
+mkdir -p build
+exec 8>build/demo.lock
+flock 8
 log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 quietly() {

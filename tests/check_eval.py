@@ -168,6 +168,18 @@ class Files(unittest.TestCase):
             self.assertTrue(done.stderr.startswith("zorvikrt-eval: " + fault), done.stderr)
 
 
+    def test_a_zero_byte_is_no_blank(self):
+        done = run("dmod", "--file", "-", given="5\0 3\n")
+        self.assertEqual(done.returncode, 2, done.stdout)
+
+    @unittest.skipUnless(os.path.exists("/dev/full") and len(sys.argv) == 3, "no full device here")
+    def test_a_full_device_is_told(self):
+        for words in (["dabs", "1"], ["--list"], ["--help"]):
+            with open("/dev/full", "w") as full:
+                done = subprocess.run([*PROGRAM, *words], stdout=full, stderr=subprocess.PIPE, text=True)
+            self.assertEqual((done.returncode, done.stderr), (2, "zorvikrt-eval: cannot write the output\n"), words)
+
+
 class Lists(unittest.TestCase):
     def test_every_entry_is_listed_and_can_be_called(self):
         entries, _ = parse(LIST)
@@ -198,6 +210,8 @@ class Lists(unittest.TestCase):
         self.assertEqual(lines("--list", "dmod"), ["dmod(a REAL*8; p REAL*8) -> REAL*8",
                                                    "I_dmod(a REAL*8; p REAL*8) -> REAL*8"])
         self.assertEqual(lines("--list", "FLOAT_MAX"), ["__zorvik_FLOAT_MAX = 0x7EFFFFFF"])
+        self.assertEqual(lines("FLOAT_MAX"), ["__zorvik_FLOAT_MAX = 1.7014117e+38  0x7EFFFFFF"])
+        self.assertRegex(lines("--version")[0], r"^zorvikrt-eval \d+\.\d+\.\d+$")
         described = lines("--describe", "dmod")
         self.assertEqual(described[0], "dmod(a REAL*8; p REAL*8) -> REAL*8")
         self.assertIn("trunc(a / p)", described[1])
@@ -209,6 +223,8 @@ class Errors(unittest.TestCase):
         cases = [
             ([], "which entry?"),
             (["sine", "1"], "there is no entry 'sine'"),
+            (["SIN", "1"], "there is 'sin'"),
+            (["FLOAT_MAX", "1"], "is a constant"),
             (["dabs"], "takes 1 operand, not 0"),
             (["dmod", "1"], "takes 2 operands, not 1"),
             (["dabs", "one"], "'one' is not a value of type REAL*8"),

@@ -11,6 +11,9 @@
 #ifndef ZORVIKRT_H
 #define ZORVIKRT_H
 
+#ifndef __x86_64__
+#include <cpuid.h>
+#endif
 #include <stdint.h>
 #include <zorvikrt/version.h>
 
@@ -44,12 +47,25 @@ typedef struct zorvikrt_cquad {
 
 #include <zorvikrt/entries.h>
 
+/** The test of the library's load for SSE state: FXSR and SSE2 by cpuid leaf 1. */
+static __inline__ int zorvikrt_has_sse(void) {
+#ifdef __x86_64__
+  return 1;
+#else
+  const unsigned fxsr_and_sse2 = 0x05000000u;
+  unsigned a, b, c, d;
+  return __get_cpuid(1, &a, &b, &c, &d) != 0 && (d & fxsr_and_sse2) == fxsr_and_sse2;
+#endif
+}
+
 /** Sets the floating-point state of the calling thread to the one that the library sets at its
- * load: x87 control word 0x027F (53 bits, to nearest, exceptions masked); MXCSR with all exceptions
- * masked, round to nearest, FTZ and DAZ, flags clear. A thread that was there before the library
- * was loaded calls it once. On Linux threads started afterwards inherit the state. On Windows the
- * DLL sets it on each new thread, but start code may come after it and put the FPU back: MinGW's
- * does, in main and in std::thread, and there a thread calls this function first. */
+ * load: x87 control word 0x027F (53 bits, to nearest, exceptions masked); where the processor has
+ * SSE2, MXCSR with all exceptions masked, round to nearest, FTZ and DAZ, flags clear. A thread that
+ * was there before the library was loaded calls it once; so does a signal handler before it calls
+ * an entry, and a thread after siglongjmp out of a handler or after fesetenv. On Linux threads
+ * started afterwards inherit the state. On Windows the DLL sets it on each new thread, but start
+ * code may come after it and put the FPU back: MinGW's does, in main and in std::thread, and there
+ * a thread calls this function first. */
 static __inline__ void zorvikrt_set_thread_state(void) {
   const uint16_t control_word = 0x027F;
   uint32_t mask, mxcsr;
@@ -57,13 +73,15 @@ static __inline__ void zorvikrt_set_thread_state(void) {
   /* The image of fxsave on a boundary of 16 bytes, whatever the alignment of the stack. */
   unsigned char room[512 + 16];
   unsigned char* image = room;
+  __asm__ __volatile__("fldcw %0" : : "m"(control_word));
+  if (!zorvikrt_has_sse()) return;
   __builtin_memcpy(&address, &image, sizeof address);
   image += (16 - address % 16) % 16;
   __builtin_memset(image, 0, 512);
   __asm__ __volatile__("fxsave (%0)" : : "r"(image) : "memory");
   __builtin_memcpy(&mask, image + 28, sizeof mask);
   mxcsr = 0x9FC0u & (mask != 0 ? mask : 0xFFBFu);
-  __asm__ __volatile__("ldmxcsr %0\n\tfldcw %1" : : "m"(mxcsr), "m"(control_word));
+  __asm__ __volatile__("ldmxcsr %0" : : "m"(mxcsr));
 }
 
 #ifdef __cplusplus

@@ -1,5 +1,5 @@
-// 32-bit systems of this kind run on processors and under settings where SSE state is not enabled: the
-// probe runs under a handler on the thread's exception chain.
+// 32-bit systems of this kind run on processors and under settings where SSE state is not enabled:
+// the probe runs under a handler on the thread's exception chain.
 
 #include "frame/load_windows.hpp"
 

@@ -84,7 +84,9 @@ called call_entry(std::uintptr_t entry, std::uint32_t reason) {
       : "ecx", "edx", "memory", "cc");
   return seen;
 #else
-  return {reinterpret_cast<std::int32_t (*)(void*, std::uint32_t, void*)>(entry)(nullptr, reason, nullptr), 0};
+  return {reinterpret_cast<std::int32_t (*)(void*, std::uint32_t, void*)>(entry)(nullptr, reason,
+                                                                                 nullptr),
+          0};
 #endif
 }
 
