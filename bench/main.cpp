@@ -51,7 +51,7 @@ options parse(int count, char** words) {
   return chosen;
 }
 
-void* other_build = nullptr;
+[[maybe_unused]] void* other_build = nullptr;
 
 void open_other(const std::string& file) {
 #if defined(_WIN32)
