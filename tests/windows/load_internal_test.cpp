@@ -19,6 +19,7 @@ namespace {
 // This program holds the library's objects itself: no loader has called their entry.
 const std::int32_t attached = load_entry(nullptr, DLL_PROCESS_ATTACH, nullptr);
 
+#if defined(__i386__)
 seh_record* chain() {
   seh_record* head;
   asm volatile("movl %%fs:0, %0" : "=r"(head));
@@ -46,6 +47,7 @@ void illegal(std::uint32_t word) {
       :
       : "ebx", "esi", "edi");
 }
+#endif
 
 }  // namespace
 
@@ -54,6 +56,7 @@ TEST(Load, AttachesWithTheStateSet) {
   EXPECT_EQ(sse_state, sse::usable);
 }
 
+#if defined(__i386__)
 TEST(Guard, SurvivesAnIllegalInstruction) {
   seh_record* const before = chain();
   bodies_run = 0;
@@ -112,6 +115,7 @@ TEST(Chain, UnlinksARecordBehindOthers) {
   seh_pop_handler(&first);
   EXPECT_EQ(chain(), before);
 }
+#endif
 
 TEST(Initialisers, RunInOrderBetweenTheSentinelsOnly) {
   static std::string seen;
