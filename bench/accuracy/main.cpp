@@ -3,7 +3,7 @@
 //
 //   zorvikrt_accuracy FOLDER [OPERANDS]     FOLDER/accuracy.md and FOLDER/accuracy/STEM.svg
 //
-// OPERANDS, 20000 unless given, are drawn for each range of the list's bounds. The same operands
+// OPERANDS, 100000 unless given, are drawn for each range of the list's bounds. The same operands
 // come in every run.
 
 #include <sys/stat.h>
@@ -141,7 +141,7 @@ void draw(const std::string& file, const char* stem, const measured& m, const st
 
 int main(int argc, char** argv) {
   char* end = nullptr;
-  const long count = argc == 3 ? std::strtol(argv[2], &end, 10) : 20000;
+  const long count = argc == 3 ? std::strtol(argv[2], &end, 10) : 100000;
   if (argc < 2 || argc > 3 || (end != nullptr && *end != '\0') || count < 1 || count > 10000000)
     fail("usage: zorvikrt_accuracy FOLDER [OPERANDS from 1 to 10000000]");
   const std::string folder = argv[1];
