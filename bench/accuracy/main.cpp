@@ -98,10 +98,12 @@ void draw(const std::string& file, const char* stem, const measured& m, const st
     ours[column] = std::max(ours[column], p.ours);
     theirs[column] = std::max(theirs[column], p.peer);
   }
-  // A peer that leaves the scale is cut at its top.
-  const double scale = height / (1.1 * std::max(m.bound, 0.5));
+  // Where the reduction loses digits the scale is a logarithm; a peer beyond it is cut at its top.
+  const bool wide = m.bound > 20;
+  const auto scaled = [wide](double error) { return wide ? std::log1p(error) : error; };
+  const double full = 1.1 * scaled(std::max(m.bound, 0.5));
   const auto height_of = [&](double error) {
-    return top + height - std::min<double>(height, error * scale);
+    return top + height * (1 - std::min(1.0, scaled(error) / full));
   };
   std::ofstream out(file);
   out.precision(4);
@@ -121,7 +123,7 @@ void draw(const std::string& file, const char* stem, const measured& m, const st
       out << 'V' << height_of(theirs[static_cast<std::size_t>(i)]) << 'h' << width;
     out << "\"/>\n";
   }
-  for (const double mark : {0.0, m.bound})
+  for (const double mark : {0.0, wide ? 1.0 : 0.0, m.bound})
     out << "<text x=\"4\" y=\"" << height_of(mark) + 4 << "\">" << text(mark)
         << "</text>\n<path stroke=\"#888\" stroke-dasharray=\"3\" d=\"M" << left << ' '
         << height_of(mark) << 'H' << right << "\"/>\n";

@@ -47,7 +47,7 @@ typedef enum zorvikrt_style {
 /** Writes a REAL*16 to [first, first + size) and gives the number of characters. If they do not
  * fit, it writes nothing and gives the number that would be needed. There is no terminating zero. A
  *  negative precision stands for 6, one beyond ZORVIKRT_MOST_DIGITS for that.
- *  The call needs 8 KB of stack. */
+ *  The call needs 11 KB of stack. */
 size_t zorvikrt_real16_to_chars(char* first, size_t size, const zorvikrt_quad* value,
                                 zorvikrt_style style, int precision);
 
