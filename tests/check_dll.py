@@ -9,7 +9,8 @@ import sys
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
-from generate_exports import parse, symbols  # noqa: E402
+from exports_list import parse  # noqa: E402
+from generate_exports import symbols  # noqa: E402
 
 NO_SEH = 0x400          # would forbid the handler of the probe
 DYNAMIC_BASE_AND_NX = 0x140

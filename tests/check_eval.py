@@ -18,7 +18,8 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
-from generate_exports import parse, symbols  # noqa: E402
+from exports_list import parse  # noqa: E402
+from generate_exports import symbols  # noqa: E402
 
 PROGRAM, LIST = [], ""
 

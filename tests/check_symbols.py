@@ -9,7 +9,8 @@ import sys
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
-from generate_exports import SYMBOL_VERSION, parse, symbols  # noqa: E402
+from exports_list import parse  # noqa: E402
+from generate_exports import SYMBOL_VERSION, symbols  # noqa: E402
 
 
 def run(*command):

@@ -19,7 +19,8 @@ from pathlib import Path
 from fortran_arrays import add_arrays
 from fortran_generics import (COMPLEX_NAMES_77, NAMES_77, TYPES, Module, add_as_double, add_assignments,
                               add_functions, add_names_77, add_operators)
-from generate_exports import ListError, NOTE, fortran, parse, write
+from exports_list import ListError, parse
+from generate_exports import NOTE, fortran, write
 
 PROCEDURE = re.compile(r"^ *(?!end )(?:\w+ )*(?:function|subroutine) (\w+)")
 HEAD = """\

@@ -14,7 +14,7 @@ import sys
 from dataclasses import dataclass
 from pathlib import Path
 
-from generate_exports import AT_ADDRESS, OPERANDS, RESULTS, ListError, parse
+from exports_list import AT_ADDRESS, OPERANDS, RESULTS, ListError, parse
 
 TARGETS = ("i386", "x86_64")
 PREFIX = "zorvikrt_gfortran_"

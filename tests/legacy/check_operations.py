@@ -20,7 +20,7 @@ import tempfile
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
-from generate_exports import AT_ADDRESS, parse  # noqa: E402
+from exports_list import AT_ADDRESS, parse  # noqa: E402
 
 FORTRAN = {"f": "real(4)", "d": "real(8)", "c": "complex(4)", "z": "complex(8)", "b": "integer(1)",
            "w": "integer(2)", "i": "integer(4)", "k": "integer(8)", "l": "integer(4)",
