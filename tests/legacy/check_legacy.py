@@ -115,6 +115,27 @@ class Legacy:
         print(f"{sum(n == 0 for n in found)} of {len(rows)} operations agree in all bits")
         self.probe = "\n".join(check_operations.program(rows, entries, 1)) + "\n"
 
+    def check_page(self):
+        """The table of all operations is what the installed compiler makes of them."""
+        rows = check_operations.read(self.source / "tests/legacy/operations.txt")
+        entries = {e.stem: e for e in check_operations.parse(self.source / "src/frame/exports.list")[0]}
+        self.expect("docs/legacy-intrinsics.md is out of date: check_operations.py --page makes it",
+                    (self.source / "docs/legacy-intrinsics.md").read_text() == check_operations.page(["gfortran"], rows, entries))
+
+    def check_loading(self):
+        """A shared library made by the command brings its results into a process, and leaves subnormal numbers be."""
+        if self.bits:
+            return  # the interpreter is a program of 64 bits
+        self.write("shared.f90", "real(8) function sine(x) bind(c, name='sine')\n  real(8), value :: x\n  sine = sin(x)\nend\n")
+        self.ours("-O2", "-shared", "-fPIC", "shared.f90", "-o", "libshared.so")
+        self.write("load.py", "import ctypes\nlibrary = ctypes.CDLL('./libshared.so')\n"
+                   "entry = ctypes.CDLL('libzorvikrt.so.1').__getattr__('__zorvik_dsin')\n"
+                   "for f in (library.sine, entry):\n    f.restype, f.argtypes = ctypes.c_double, [ctypes.c_double]\n"
+                   "print(all(library.sine(0.37 * i) == entry(0.37 * i) for i in range(1000)), float('5e-324') > 0)\n")
+        library = next(self.folder.glob("prefix/lib/**/libzorvikrt.so")).parent
+        code, output, errors = self.run([sys.executable, "load.py"], env={"LD_LIBRARY_PATH": str(library)})
+        self.expect("a shared library, loaded", output == "True True\n", output + errors)
+
     def check_symbols(self):
         """What the installed compiler calls for an intrinsic stands in the table or among the names that are
         left alone, at every optimisation."""

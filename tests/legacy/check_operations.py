@@ -2,12 +2,14 @@
 """Holds what gfortran makes of an intrinsic or operator against the entry of the same operation.
 
 usage: check_operations.py OPERATIONS EXPORTS COMPILER TARGET [--tuples N] [--plain]
+       check_operations.py OPERATIONS EXPORTS COMPILER TARGET --page PAGE
 
 OPERATIONS has a row 'entry result operands expression [| target verdict ...]' for each operation. A program
 with one subroutine a row is compiled by COMPILER (zorvikrt-gfortran and its options); both results are
 compared bit for bit over random operands and special values. TARGET is i386 or x86_64: a row that
 differs there says so behind the bar, with the reason, and a row that says so and does not differ
 fails as well. --plain counts how many rows agree and judges none, for a compiler without the runtime.
+--page writes the table of all operations, with what COMPILER, a plain gfortran, calls for each.
 """
 import argparse
 import math
@@ -196,6 +198,38 @@ def differences(arguments, rows, entries, count):
     return result
 
 
+TYPES = {"f": "REAL*4", "d": "REAL*8", "c": "COMPLEX*8", "z": "COMPLEX*16", "b": "INTEGER*1", "w": "INTEGER*2",
+         "i": "INTEGER*4", "k": "INTEGER*8", "a": "CHARACTER"}
+HELPERS = re.compile(r"__x86|mem(cpy|move|set)|_gfortran_(st_|transfer|runtime)|malloc|free|__zorvik_|entry")
+
+
+def page(arguments, rows, entries):
+    """A row for each operation: what stands for it at -O2 on both targets, and where its bits are the entry's."""
+    called = []
+    with tempfile.TemporaryDirectory() as folder:
+        parts = [subroutine(number, row, entries[row.entry]) for number, row in enumerate(rows)]
+        (Path(folder) / "operations.f90").write_text("\n".join(sum(parts, [])) + "\n")
+        for options in ([], ["-m32", "-march=i486", "-mno-fancy-math-387"]):
+            done = subprocess.run([*arguments, *options, "-O2", "-w", "-fdec-math", "-S", "operations.f90", "-o", "-"],
+                                  cwd=folder, check=True, capture_output=True, text=True)
+            parts = re.split(r"^operation_(\d+)_:$", done.stdout, flags=re.M)
+            called.append({int(number): sorted(name for name in set(re.findall(r"\t(?:call|jmp)\t(\w+)", code))
+                                               if not name.startswith(".") and not HELPERS.match(name))
+                           for number, code in zip(parts[1::2], parts[2::2])})
+    out = ["# Every intrinsic and operator", "",
+           "Made by `tests/legacy/check_operations.py --page`; a test holds it. What gfortran 12 makes of an operation at -O2,",
+           "and whether `zorvikrt-gfortran` gives the bits of the entry. [legacy.md](legacy.md) tells why some differ.", "",
+           "| operation | operands | entry | x86-64 calls | same bits | i386 calls | same bits |", "|---|---|---|---|---|---|---|"]
+    for number, row in enumerate(rows):
+        cells = []
+        for target, calls in zip(("x86_64", "i386"), called):
+            cells += [", ".join(f"`{name}`" for name in calls[number]) or "in line",
+                      "no: " + row.differs[target].strip() if target in row.differs else "yes"]
+        operands = ", ".join(TYPES[code] for code in row.operands).replace("*", "\\*")
+        out.append(f"| `{row.expression}` | {operands} | `{row.entry}` | {' | '.join(cells)} |")
+    return "\n".join(out) + "\n"
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("operations")
@@ -204,9 +238,13 @@ def main():
     parser.add_argument("target", choices=("i386", "x86_64"))
     parser.add_argument("--tuples", type=int, default=4000)
     parser.add_argument("--plain", action="store_true")
+    parser.add_argument("--page")
     options = parser.parse_args()
     rows = read(options.operations)
     entries = {entry.stem: entry for entry in parse(options.exports)[0]}
+    if options.page:
+        Path(options.page).write_text(page(options.compiler.split(), rows, entries))
+        return 0
     found = differences(options.compiler.split(), rows, entries, options.tuples)
     print(f"{sum(n == 0 for n in found)} of {len(rows)} operations agree in all bits over {options.tuples} operands")
     faults = 0
