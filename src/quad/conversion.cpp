@@ -9,6 +9,8 @@ namespace zrt::quads {
 namespace {
 
 using steps = at_entry;
+/// For integers: sums of theirs are exact in both parts.
+using exact = direct_arithmetic<steps::value>;
 
 /// An integer of up to 53 bits, exactly.
 [[gnu::always_inline]] inline steps::value value_of(std::uint64_t u) {
@@ -16,16 +18,16 @@ using steps = at_entry;
 }
 
 /// An unsigned integer, exactly: cut at bit 53 into two exact doubles; the closing sum sorts them.
-quad from_unsigned(std::uint64_t u) {
+[[gnu::always_inline]] inline quad from_unsigned(std::uint64_t u) {
   constexpr std::uint64_t low_bits = (std::uint64_t{1} << 53) - 1;
-  if (u <= low_bits) return widened(value_of(u));
-  return steps::add(widened(value_of(u & low_bits)), value_of(u >> 53) * 0x1p53);
+  const quad low{as_double(value_of(u & low_bits)), 0.0};
+  return u <= low_bits ? low : exact::add(low, value_of(u >> 53) * 0x1p53);
 }
 
 /// A signed integer, by its magnitude; a negative one flips both signs, of the zero too.
-quad from_signed(std::int64_t k) {
+[[gnu::always_inline]] inline quad from_signed(std::int64_t k) {
   const auto bits = static_cast<std::uint64_t>(k);
-  return k < 0 ? steps::neg(from_unsigned(-bits)) : from_unsigned(bits);
+  return k < 0 ? exact::neg(from_unsigned(-bits)) : from_unsigned(bits);
 }
 
 // From the exponent of 2**63 on nothing fits; from that of 2**52 on hi has no fraction and lo
@@ -33,25 +35,37 @@ quad from_signed(std::int64_t k) {
 constexpr int last_exponent = layout<double>::bias + 62;
 constexpr int whole_exponent = layout<double>::bias + 52;
 
-/// hi and, where it is whole, the floor of lo, cut to integers and added in 64 bits.
-std::uint64_t magnitude_to_integer(const quad& m, int exponent) {
-  const auto high = static_cast<std::uint64_t>(int64::to_integer(load(m.hi)));
-  if (exponent < whole_exponent) return high;
-  return high + static_cast<std::uint64_t>(int64::to_integer(real::floor(load(m.lo))));
+// hi cut to an integer, and the floor of lo, which is added where hi is whole.
+[[gnu::always_inline]] inline std::uint64_t from_high(reg hi) {
+  return static_cast<std::uint64_t>(truncated_to_int64(hi));
+}
+[[gnu::always_inline]] inline std::uint64_t from_low(reg lo) {
+  return static_cast<std::uint64_t>(int64::to_integer(real::floor(lo)));
 }
 
-/// Truncation to a signed integer; out of range, infinities and NaNs give the smallest.
-std::int64_t to_signed(const quad& a) {
+/// Truncation to a signed integer, of a negative number by its magnitude; out of range, infinities
+/// and NaNs give the smallest.
+[[gnu::always_inline]] inline std::int64_t to_signed(const quad& a) {
   const int exponent = biased_exponent<double>(image(a.hi));
   if (exponent > last_exponent) return int64::smallest;
-  if (!negative(a)) return static_cast<std::int64_t>(magnitude_to_integer(a, exponent));
-  return static_cast<std::int64_t>(-magnitude_to_integer(stored_arithmetic::neg(a), exponent));
+  const reg hi = load(a.hi);
+  std::uint64_t integer = from_high(hi);
+  if (less(hi, 0.0)) {
+    const reg lo = fchs(load(a.lo));
+    asm volatile("" : : "t"(lo));  // its load raises flags, wanted or not
+    if (exponent >= whole_exponent) integer -= from_low(lo);
+  } else if (exponent >= whole_exponent) {
+    integer += from_low(load(a.lo));
+  }
+  return static_cast<std::int64_t>(integer);
 }
 
 /// The same without a sign: from 2**63 on all ones, a negative operand by its two's complement.
-std::uint64_t to_unsigned(const quad& a) {
+[[gnu::always_inline]] inline std::uint64_t to_unsigned(const quad& a) {
   const int exponent = biased_exponent<double>(image(a.hi));
-  return exponent > last_exponent ? UINT64_MAX : magnitude_to_integer(a, exponent);
+  if (exponent > last_exponent) return UINT64_MAX;
+  const std::uint64_t integer = from_high(load(a.hi));
+  return exponent < whole_exponent ? integer : integer + from_low(load(a.lo));
 }
 
 }  // namespace
