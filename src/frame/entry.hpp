@@ -143,7 +143,7 @@ class joined {
   [[gnu::always_inline]] operator const Operand&() const { return *value_; }
 
  private:
-  char place_[sizeof(Operand)];
+  alignas(8) char place_[sizeof(Operand)];
   const Operand* value_;
 };
 
