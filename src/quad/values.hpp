@@ -77,7 +77,7 @@ inline quad* sign_flipped(quad* result, const quad& a) {
 /// The exponent of a double as a power of two, 1024 for infinities and NaNs, -1023 below the normal
 /// range.
 [[gnu::always_inline]] inline int exponent_of(const double& x) {
-  return biased_exponent<double>(image(x)) - layout<double>::bias;
+  return unbiased_exponent<double>(image(x));
 }
 
 /// 2**(64 i) at i + 35, and 2**i: powers that reach from the smallest double beyond the largest and
