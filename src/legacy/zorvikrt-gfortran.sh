@@ -67,12 +67,21 @@ check_version() {
   esac
 }
 
+# Whether there is something to compile or link before --.
+has_input() {
+  for argument in "$@"; do
+    case $argument in --) return 1 ;; -*) ;; *) return 0 ;; esac
+  done
+  return 1
+}
+
 # gfortran with our flags before and, where it links, behind the caller's.
 build() {
-  links=yes
+  links=no
+  ! has_input "$@" || links=yes
   for argument in "$@"; do
     case $argument in
-      -c|-S|-E|-fsyntax-only|-M|-MM|--version|--help|-v|-dump*|-print*|-r) links=no ;;
+      -c|-S|-E|-fsyntax-only|-M|-MM|-r) links=no ;;
       -static) fail "-static: libzorvikrt is a shared library; -static-libgfortran works" ;;
     esac
   done
@@ -132,11 +141,7 @@ case ${1-} in
     echo ;;
   --compare)
     shift
-    source=
-    for argument in "$@"; do
-      case $argument in --) break ;; -*) ;; *) source=$argument ;; esac
-    done
-    [ -n "$source" ] || fail "--compare takes what gfortran would take: zorvikrt-gfortran --compare -O2 prog.f"
+    has_input "$@" || fail "--compare takes what gfortran would take: zorvikrt-gfortran --compare -O2 prog.f"
     find_compiler
     find_target "$@"
     compare "$@" ;;

@@ -159,7 +159,7 @@ class Legacy:
         check can fail."""
         self.write("probe.f90", PROBE)
         same = "loop 0\nargument 0\n"
-        for options in (["-O0"], ["-O2"], ["-O3"], ["-Ofast"], ["-O2", "-pipe"], ["-O2", "-flto"], ["-O2", "-g", "-fPIC"],
+        for options in (["-O0"], ["-O2"], ["-O3"], ["-Ofast"], ["-O2", "-pipe"], ["-O2", "-flto"], ["-O2", "-g", "-fPIC", "-v"],
                         ["-O2", "-static-libgfortran"], ["-O2", "-fopenmp"], ["-O2", "-no-pie"], ["-save-temps"]):
             code, _, errors = self.ours(*options, "probe.f90", "-o", "probe")
             self.expect(f"{options} compiles", code == 0, errors)
