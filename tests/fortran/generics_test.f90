@@ -1,10 +1,10 @@
 ! The generic functions of the module on every kind of operand and shape of array, against exact values, the same
 ! call on converted operands, and identities. Prints one line for each failure and a count at the end.
 program generics_test
+  use checks
   use zorvikrt
   use, intrinsic :: ieee_arithmetic
   implicit none
-  integer :: failures = 0, checks = 0
   type(real16) :: x, third, infinite, no_number
   x = 2.5d0
   third = real16(1) / 3
@@ -18,19 +18,9 @@ program generics_test
   call array_products
   call complex_functions
   call reductions_of_threads
-  print '(i0, a, i0, a)', checks - failures, ' passed, ', failures, ' failed'
-  if (failures > 0 .or. checks < 53) stop 1
+  call report(53)
 
 contains
-
-  subroutine check(right, what)
-    logical, intent(in) :: right
-    character(*), intent(in) :: what
-    checks = checks + 1
-    if (right) return
-    failures = failures + 1
-    print '(2a)', 'failed: ', what
-  end subroutine check
 
   elemental logical function near(a, b)
     type(real16), intent(in) :: a, b

@@ -1,9 +1,9 @@
 ! The Fortran module: operators, assignment and generic names reach their entries, references can be passed to
 ! procedures, and formatted I/O gives back what it took. Prints one line for each failure and a count at the end.
 program module_test
+  use checks
   use zorvikrt
   implicit none
-  integer :: failures = 0, checks = 0
 
   call arithmetic
   call relations
@@ -13,19 +13,9 @@ program module_test
   call arrays
   call both_entry_forms
   call formatted_io
-  print '(i0, a, i0, a)', checks - failures, ' passed, ', failures, ' failed'
-  if (failures > 0 .or. checks < 80) stop 1
+  call report(80)
 
 contains
-
-  subroutine check(right, what)
-    logical, intent(in) :: right
-    character(*), intent(in) :: what
-    checks = checks + 1
-    if (right) return
-    failures = failures + 1
-    print '(2a)', 'failed: ', what
-  end subroutine check
 
   elemental logical function same(a, b)
     type(real16), intent(in) :: a, b

@@ -91,27 +91,17 @@ subroutine fill(x, ldx, n)
 end subroutine fill
 
 program style_test
+  use checks
   use shapes
   implicit none
-  integer :: failures = 0, checks = 0
   type(real16) :: alpha, beta(2)
   common /scales/ alpha, beta
   call arrays
   call storage
   call threads
-  print '(i0, a, i0, a)', checks - failures, ' passed, ', failures, ' failed'
-  if (failures > 0 .or. checks < 23) stop 1
+  call report(23)
 
 contains
-
-  subroutine check(right, what)
-    logical, intent(in) :: right
-    character(*), intent(in) :: what
-    checks = checks + 1
-    if (right) return
-    failures = failures + 1
-    print '(2a)', 'failed: ', what
-  end subroutine check
 
   subroutine arrays
     type(real16) :: a(4), m(2, 3), f, column(2)
