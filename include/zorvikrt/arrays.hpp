@@ -18,10 +18,12 @@
 
 #include <zorvikrt/arrays.h>
 
+#include <limits>
 #include <ranges>
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 #include <zorvikrt/zorvikrt.hpp>
@@ -44,13 +46,28 @@ inline int checked(const char* routine, int info) {
   return info;
 }
 template <class Range>
-std::ptrdiff_t size(const Range& x) {
+std::ptrdiff_t length_of(const Range& x) {
   return static_cast<std::ptrdiff_t>(std::ranges::size(x));
 }
 template <class X, class Y>
 std::ptrdiff_t same_size(const char* routine, const X& x, const Y& y) {
-  if (size(x) != size(y)) throw std::invalid_argument(std::string(routine) + ": the sizes differ");
-  return size(x);
+  if (length_of(x) != length_of(y))
+    throw std::invalid_argument(std::string(routine) + ": the sizes differ");
+  return length_of(x);
+}
+
+/** The elements as the library takes them. */
+template <class Range>
+auto elements(Range& x) {
+  using element = std::remove_pointer_t<decltype(std::ranges::data(x))>;
+  if constexpr (std::is_same_v<std::remove_const_t<element>, complex32>) {
+    static_assert(sizeof(complex32) == sizeof(zorvikrt_cquad));
+    using given =
+        std::conditional_t<std::is_const_v<element>, const zorvikrt_cquad, zorvikrt_cquad>;
+    return reinterpret_cast<given*>(std::ranges::data(x));
+  } else {
+    return std::ranges::data(x);
+  }
 }
 
 }  // namespace detail
@@ -59,13 +76,13 @@ std::ptrdiff_t same_size(const char* routine, const X& x, const Y& y) {
 template <vector_of<real16> X>
 real16 sum(const X& x) {
   real16 s;
-  detail::checked("sum", zorvikrt_qsum(detail::size(x), std::ranges::data(x), 1, &s));
+  detail::checked("sum", zorvikrt_qsum(detail::length_of(x), detail::elements(x), 1, &s));
   return s;
 }
 template <vector_of<complex32> X>
 complex32 sum(const X& x) {
-  complex32 s;
-  detail::checked("sum", zorvikrt_xsum(detail::size(x), std::ranges::data(x), 1, &s));
+  zorvikrt_cquad s;
+  detail::checked("sum", zorvikrt_xsum(detail::length_of(x), detail::elements(x), 1, &s));
   return s;
 }
 
@@ -73,23 +90,26 @@ complex32 sum(const X& x) {
 template <vector_of<real16> X, vector_of<real16> Y>
 real16 dot(const X& x, const Y& y) {
   real16 s;
-  detail::checked("dot", zorvikrt_qdot(detail::same_size("dot", x, y), std::ranges::data(x), 1,
-                                       std::ranges::data(y), 1, &s));
+  detail::checked("dot", zorvikrt_qdot(detail::same_size("dot", x, y), detail::elements(x), 1,
+                                       detail::elements(y), 1, &s));
   return s;
 }
 template <vector_of<complex32> X, vector_of<complex32> Y>
 complex32 dot(const X& x, const Y& y) {
-  complex32 s;
-  detail::checked("dot", zorvikrt_xdotu(detail::same_size("dot", x, y), std::ranges::data(x), 1,
-                                        std::ranges::data(y), 1, &s));
+  zorvikrt_cquad s;
+  detail::checked("dot", zorvikrt_xdotu(detail::same_size("dot", x, y), detail::elements(x), 1,
+                                        detail::elements(y), 1, &s));
   return s;
 }
 
 /** Euclidean norm. */
-template <vector_of<real16> X>
+template <numbers X>
 real16 norm(const X& x) {
   real16 s;
-  detail::checked("norm", zorvikrt_qnrm2(detail::size(x), std::ranges::data(x), 1, &s));
+  if constexpr (vector_of<X, real16>)
+    detail::checked("norm", zorvikrt_qnrm2(detail::length_of(x), detail::elements(x), 1, &s));
+  else
+    detail::checked("norm", zorvikrt_xnrm2(detail::length_of(x), detail::elements(x), 1, &s));
   return s;
 }
 
@@ -97,12 +117,12 @@ real16 norm(const X& x) {
 template <vector_of<real16> X, vector_of<real16> Y>
 void axpy(real16 alpha, const X& x, Y&& y) {
   detail::checked("axpy", zorvikrt_qaxpy(detail::same_size("axpy", x, y), alpha,
-                                         std::ranges::data(x), 1, std::ranges::data(y), 1));
+                                         detail::elements(x), 1, detail::elements(y), 1));
 }
 template <vector_of<complex32> X, vector_of<complex32> Y>
 void axpy(complex32 alpha, const X& x, Y&& y) {
   detail::checked("axpy", zorvikrt_xaxpy(detail::same_size("axpy", x, y), alpha,
-                                         std::ranges::data(x), 1, std::ranges::data(y), 1));
+                                         detail::elements(x), 1, detail::elements(y), 1));
 }
 
 /** Runs one of the routines zorvikrt_array_<stem> over whole ranges:
@@ -110,9 +130,9 @@ void axpy(complex32 alpha, const X& x, Y&& y) {
 template <class Routine, class Result, class... X>
 void over_elements(Routine routine, Result&& result, const X&... x) {
   (detail::same_size("over_elements", result, x), ...);
-  const auto arguments = std::tuple_cat(std::tuple(detail::size(result)),
-                                        std::tuple(std::ranges::data(x), std::ptrdiff_t{1})...,
-                                        std::tuple(std::ranges::data(result), std::ptrdiff_t{1}));
+  const auto arguments = std::tuple_cat(std::tuple(detail::length_of(result)),
+                                        std::tuple(detail::elements(x), std::ptrdiff_t{1})...,
+                                        std::tuple(detail::elements(result), std::ptrdiff_t{1}));
   detail::checked("over_elements", std::apply(routine, arguments));
 }
 
