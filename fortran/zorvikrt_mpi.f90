@@ -3,6 +3,7 @@
 !   use zorvikrt_mpi
 !   call zorvik_mpi_create
 !   call mpi_allreduce(mine, largest, 1, zorvik_mpi_real16, zorvik_mpi_max, mpi_comm_world, ierror)
+!   call mpi_allreduce(here, first, 1, zorvik_mpi_located, zorvik_mpi_maxloc, mpi_comm_world, ierror)
 !   call zorvik_mpi_sum(blocks, total, mpi_comm_world)
 !   call zorvik_mpi_free
 !
@@ -10,6 +11,7 @@
 ! zorvik_mpi_sum does not.
 
 module zorvikrt_mpi
+  use, intrinsic :: iso_c_binding, only: c_int64_t
   use mpi
   use zorvikrt
   use zorvikrt_arrays, only: zorvik_sum
@@ -22,6 +24,14 @@ module zorvikrt_mpi
   integer, public, protected :: zorvik_mpi_max = mpi_op_null, zorvik_mpi_min = mpi_op_null
   integer, public, protected :: zorvik_mpi_complex_add = mpi_op_null, zorvik_mpi_complex_multiply = mpi_op_null
 
+  !> A value and where it comes from, for maxloc and minloc: of equal extremes the one of smallest location.
+  type, public, bind(c) :: zorvik_located
+    type(real16) :: value
+    integer(c_int64_t) :: location
+  end type
+  integer, public, protected :: zorvik_mpi_located = mpi_datatype_null
+  integer, public, protected :: zorvik_mpi_maxloc = mpi_op_null, zorvik_mpi_minloc = mpi_op_null
+
 contains
 
   !> Makes the types and operations; after mpi_init.
@@ -31,24 +41,32 @@ contains
     call mpi_type_commit(zorvik_mpi_real16, ierror)
     call mpi_type_contiguous(4, mpi_double_precision, zorvik_mpi_complex32, ierror)
     call mpi_type_commit(zorvik_mpi_complex32, ierror)
+    call mpi_type_create_struct(2, [2, 1], int([0, 16], mpi_address_kind), [mpi_double_precision, mpi_integer8], &
+        zorvik_mpi_located, ierror)
+    call mpi_type_commit(zorvik_mpi_located, ierror)
     call mpi_op_create(add, .true., zorvik_mpi_add, ierror)
     call mpi_op_create(multiply, .false., zorvik_mpi_multiply, ierror)
     call mpi_op_create(larger, .true., zorvik_mpi_max, ierror)
     call mpi_op_create(smaller, .true., zorvik_mpi_min, ierror)
     call mpi_op_create(complex_add, .true., zorvik_mpi_complex_add, ierror)
     call mpi_op_create(complex_multiply, .false., zorvik_mpi_complex_multiply, ierror)
+    call mpi_op_create(located_max, .true., zorvik_mpi_maxloc, ierror)
+    call mpi_op_create(located_min, .true., zorvik_mpi_minloc, ierror)
   end subroutine
 
   subroutine zorvik_mpi_free
     integer :: ierror
     call mpi_type_free(zorvik_mpi_real16, ierror)
     call mpi_type_free(zorvik_mpi_complex32, ierror)
+    call mpi_type_free(zorvik_mpi_located, ierror)
     call mpi_op_free(zorvik_mpi_add, ierror)
     call mpi_op_free(zorvik_mpi_multiply, ierror)
     call mpi_op_free(zorvik_mpi_max, ierror)
     call mpi_op_free(zorvik_mpi_min, ierror)
     call mpi_op_free(zorvik_mpi_complex_add, ierror)
     call mpi_op_free(zorvik_mpi_complex_multiply, ierror)
+    call mpi_op_free(zorvik_mpi_maxloc, ierror)
+    call mpi_op_free(zorvik_mpi_minloc, ierror)
   end subroutine
 
   !> The sum of the blocks of all ranks, in the order of the ranks, by zorvik_sum on every rank: the same
@@ -121,6 +139,18 @@ contains
     type(complex32), intent(in) :: in(count)
     type(complex32), intent(inout) :: inout(count)
     inout = in * inout
+  end subroutine
+  subroutine located_max(in, inout, count, datatype)
+    integer, intent(in) :: count, datatype
+    type(zorvik_located), intent(in) :: in(count)
+    type(zorvik_located), intent(inout) :: inout(count)
+    where (in%value > inout%value .or. (in%value == inout%value .and. in%location < inout%location)) inout = in
+  end subroutine
+  subroutine located_min(in, inout, count, datatype)
+    integer, intent(in) :: count, datatype
+    type(zorvik_located), intent(in) :: in(count)
+    type(zorvik_located), intent(inout) :: inout(count)
+    where (in%value < inout%value .or. (in%value == inout%value .and. in%location < inout%location)) inout = in
   end subroutine
 
 end module zorvikrt_mpi
