@@ -1,72 +1,77 @@
   ! --- Vectors -------------------------------------------------------------------------------------
-  ! What the array functions of all ranks come to. Sums and products go from the first element on.
+  ! What the array functions of all ranks come to. A sum is taken in 16 partial sums, joined by a tree; products go
+  ! from the first element on. Long ones run on the library zorvikrt_arrays, where the program links it, with the
+  ! same bits: it calls zorvik_take_arrays when it is loaded.
 
-  pure function sum_q(v) result(r)
-    type(real16), intent(in) :: v(:)
-    type(real16) :: r
+  !> Whether sums, products and extremes of long arrays run on the library zorvikrt_arrays.
+  !@ zorvik_arrays_linked | | l | —
+  function arrays_are_linked() result(r)
+    logical :: r
+    r = associated(fast%sum_q)
+  end function arrays_are_linked
+
+!@ both
+  pure function sum_@k@(v) result(r)
+    @t@, intent(in) :: v(:)
+    @t@ :: r, s(16)
     integer :: i
-    r = 0
+    if (size(v) >= worth_a_call .and. associated(fast%sum_@k@)) then
+      call fast%sum_@k@(size(v, kind=c_intptr_t), v, r)
+      return
+    end if
+    s = 0
     do i = 1, size(v)
-      r = r + v(i)
+      s(iand(i - 1, 15) + 1) = s(iand(i - 1, 15) + 1) + v(i)
     end do
-  end function sum_q
+    r = joined_@k@(s)
+  end function sum_@k@
 
-  pure function sum_x(v) result(r)
-    type(complex32), intent(in) :: v(:)
-    type(complex32) :: r
-    integer :: i
-    r = 0
-    do i = 1, size(v)
-      r = r + v(i)
-    end do
-  end function sum_x
+  !> The sum of 16 partial sums: 8 and 8, 4 and 4, 2 and 2, 1 and 1.
+  pure function joined_@k@(partial) result(r)
+    @t@, intent(in) :: partial(16)
+    @t@ :: r, s(16)
+    s = partial
+    s(:8) = s(:8) + s(9:)
+    s(:4) = s(:4) + s(5:8)
+    s(:2) = s(:2) + s(3:4)
+    r = s(1) + s(2)
+  end function joined_@k@
 
-  pure function product_q(v) result(r)
-    type(real16), intent(in) :: v(:)
-    type(real16) :: r
+  pure function product_@k@(v) result(r)
+    @t@, intent(in) :: v(:)
+    @t@ :: r
     integer :: i
     r = 1
     do i = 1, size(v)
       r = r * v(i)
     end do
-  end function product_q
-
-  pure function product_x(v) result(r)
-    type(complex32), intent(in) :: v(:)
-    type(complex32) :: r
-    integer :: i
-    r = 1
-    do i = 1, size(v)
-      r = r * v(i)
-    end do
-  end function product_x
-
-  pure function dot_q(a, b) result(r)
-    type(real16), intent(in) :: a(:), b(:)
-    type(real16) :: r
-    integer :: i
-    r = 0
-    do i = 1, size(a)
-      r = r + a(i) * b(i)
-    end do
-  end function dot_q
+  end function product_@k@
 
   !> The first operand is conjugated.
-  pure function dot_x(a, b) result(r)
-    type(complex32), intent(in) :: a(:), b(:)
-    type(complex32) :: r
+  pure function dot_@k@(a, b) result(r)
+    @t@, intent(in) :: a(:), b(:)
+    @t@ :: r, s(16)
     integer :: i
-    r = 0
+    if (size(a) >= worth_a_call .and. associated(fast%dot_@k@)) then
+      call fast%dot_@k@(size(a, kind=c_intptr_t), a, b, r)
+      return
+    end if
+    s = 0
     do i = 1, size(a)
-      r = r + conjg(a(i)) * b(i)
+      s(iand(i - 1, 15) + 1) = s(iand(i - 1, 15) + 1) + @conjugate@(a(i)) * b(i)
     end do
-  end function dot_x
+    r = joined_@k@(s)
+  end function dot_@k@
 
-  pure function multiply_q(a, b) result(c)
-    type(real16), intent(in) :: a(:, :), b(:, :)
-    type(real16) :: c(size(a, 1), size(b, 2))
+  pure function multiply_@k@(a, b) result(c)
+    @t@, intent(in) :: a(:, :), b(:, :)
+    @t@ :: c(size(a, 1), size(b, 2))
     integer :: i, j, k
     c = 0
+    if (size(a) >= worth_a_call .and. associated(fast%multiply_@k@)) then
+      call fast%multiply_@k@(size(a, 1, c_intptr_t), size(b, 2, c_intptr_t), size(b, 1, c_intptr_t), a, b, c)
+      return
+    end if
     do j = 1, size(b, 2)
       do k = 1, size(b, 1)
         do i = 1, size(a, 1)
@@ -74,38 +79,31 @@
         end do
       end do
     end do
-  end function multiply_q
+  end function multiply_@k@
 
-  pure function multiply_x(a, b) result(c)
-    type(complex32), intent(in) :: a(:, :), b(:, :)
-    type(complex32) :: c(size(a, 1), size(b, 2))
-    integer :: i, j, k
-    c = 0
-    do j = 1, size(b, 2)
-      do k = 1, size(b, 1)
-        do i = 1, size(a, 1)
-          c(i, j) = c(i, j) + a(i, k) * b(k, j)
-        end do
-      end do
-    end do
-  end function multiply_x
-
-  !> The Euclidean norm. Where squares could overflow or lose bits of lo, the elements are first scaled by a
-  !> power of two.
+!@ end
+  !> The Euclidean norm. Where the largest leading part, with exponent e, lies outside 2**-200 to 2**401, the elements
+  !> are first scaled by 2**(-e): squares would overflow or lose bits of lo.
   pure function length(v) result(r)
     type(real16), intent(in) :: v(:)
     type(real16) :: r
-    integer :: e
+    integer, parameter :: infinite = 2047, bias = 1023
+    integer :: field, e, i
+    if (size(v) >= worth_a_call .and. associated(fast%norm_q)) then
+      call fast%norm_q(size(v, kind=c_intptr_t), v, r)
+      return
+    end if
     r = 0
     if (size(v) == 0) return
-    r = largest(abs(v))
-    if (r == 0 .or. .not. ieee_is_finite(r)) return
-    if (r > 1d-100 .and. r < 1d140) then
-      r = sqrt(dot_q(v, v))
+    field = 0
+    do i = 1, size(v)
+      field = max(field, int(ibits(transfer(v(i)%parts%hi, 0_c_int64_t), 52, 11)))
+    end do
+    e = field - bias
+    if (field < infinite .and. (e < -200 .or. e > 400) .and. any(v%parts%hi /= 0)) then
+      r = scale(sqrt(dot_q(scale(v, -e), scale(v, -e))), e)
     else
-      e = exponent(r)
-      r = sqrt(dot_q(scale(v, -e), scale(v, -e)))
-      r = scale(r, e)
+      r = sqrt(dot_q(v, v))
     end if
   end function length
 
@@ -113,14 +111,14 @@
     type(real16), intent(in) :: v(:)
     type(real16) :: r
     r = -huge(r)
-    if (size(v) > 0) r = v(extreme(v, greater, spread(.true., 1, size(v))))
+    if (size(v) > 0) r = v(extreme(v, greater))
   end function largest
 
   pure function smallest(v) result(r)
     type(real16), intent(in) :: v(:)
     type(real16) :: r
     r = huge(r)
-    if (size(v) > 0) r = v(extreme(v, less, spread(.true., 1, size(v))))
+    if (size(v) > 0) r = v(extreme(v, less))
   end function smallest
 
   !> Where among the elements kept the first or, from the back, the last extreme stands; 0 where none is kept.
@@ -128,16 +126,25 @@
   pure function extreme(v, order, keep, back) result(place)
     type(real16), intent(in) :: v(:)
     integer(c_int32_t), intent(in) :: order
-    logical, intent(in) :: keep(:)
+    logical, intent(in), optional :: keep(:)
     logical, intent(in), optional :: back
     integer :: place, i
     integer(c_int32_t) :: found
-    logical :: last
+    logical :: last, masked
     last = .false.
     if (present(back)) last = back
+    masked = .false.
+    if (present(keep)) masked = .not. all(keep)
+    if (.not. masked .and. size(v) >= worth_a_call .and. associated(fast%extreme_q)) then
+      place = int(fast%extreme_q(size(v, kind=c_intptr_t), v, merge(1_c_int, 0_c_int, order == less), &
+          merge(1_c_int, 0_c_int, last)))
+      return
+    end if
     place = 0
     do i = 1, size(v)
-      if (.not. keep(i)) cycle
+      if (masked) then
+        if (.not. keep(i)) cycle
+      end if
       if (place == 0) then
         place = i
       else

@@ -6,11 +6,11 @@ from fortran_generics import TYPES
 RANKS = (1, 2, 3)
 # Reductions: name -> types, whether there is a mask, the function of a vector, how it computes.
 REDUCTIONS = {
-    "sum": ("qx", True, "sum_{0}", "`qadd`, in element order"),
+    "sum": ("qx", True, "sum_{0}", "`qadd`, in 16 partial sums"),
     "product": ("qx", True, "product_{0}", {"q": "`qmul`, in element order", "x": "`cqmul`, in element order"}),
     "maxval": ("q", True, "largest", "`qcmp`"),
     "minval": ("q", True, "smallest", "`qcmp`"),
-    "norm2": ("q", False, "length", "`qadd` `qmul` `sqrtl`, scaled by a power of two where needed"),
+    "norm2": ("q", False, "length", "`qmul` `qadd` `sqrtl`, in 16 partial sums, scaled by a power of two where needed"),
 }
 # Locations: name -> the function of a vector, its operand before those that all have.
 LOCATIONS = {"maxloc": ("extreme", "greater"), "minloc": ("extreme", "less"), "findloc": ("occurrence", "value")}
@@ -141,7 +141,7 @@ def add_products(module):
         said = "`qmul` `qadd`, in element order" if result == "q" else "`cqmul` `qadd`, in element order"
         head = [f"    {TYPES[kinds[0]]}, intent(in) :: a{{0}}", f"    {TYPES[kinds[1]]}, intent(in) :: b{{1}}"]
         name = f"dot_product_{kinds}"
-        module.name("dot_product", name, f"{kinds[0]}(:) {kinds[1]}(:)", result, said)
+        module.name("dot_product", name, f"{kinds[0]}(:) {kinds[1]}(:)", result, said.replace("element order", "16 partial sums"))
         module.procedures += [f"  pure function {name}(a, b) result(r)", head[0].format("(:)"), head[1].format("", "(:)"),
                               f"    {TYPES[result]} :: r", f"    r = dot_{result}({a}, {b})", f"  end function {name}", ""]
         for ranks, extents, body in (

@@ -6,7 +6,8 @@ usage: generate_fortran.py LIST TEMPLATE MODULE PAGE
 
 A line '!@ interfaces', '!@ generics' or '!@ procedures' of the template is replaced by what it names, as are
 '!@ generics as_double' and '!@ procedures as_double' for the second module, and '!@ file NAME' by a file beside the
-template. In such a file the line
+template. Lines between '!@ both' and '!@ end' stand for both types: @t@ is the type, @k@ its letter, @conjugate@ what
+conjugates it. In a file the line
 
     !@ GENERIC | OPERANDS | RESULT | HOW
 
@@ -58,10 +59,28 @@ class Fault(Exception):
     pass
 
 
+def for_both_types(path):
+    """The numbered lines of a file, those that stand for both types once for each."""
+    lines, block = [], None
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        if line == "!@ both" and block is None:
+            block = []
+        elif line == "!@ end" and block is not None:
+            for kind, conjugate in (("q", ""), ("x", "conjg")):
+                words = {"@t@": TYPES[kind], "@k@": kind, "@conjugate@": conjugate}
+                lines += [(at, re.sub("@[a-z]+@", lambda word: words[word[0]], text)) for at, text in block]
+            block = None
+        else:
+            (lines if block is None else block).append((number, line))
+    if block is not None:
+        raise Fault(f"{path}: '!@ both' without its '!@ end'")
+    return lines
+
+
 def hand_written(module, path):
     """The text of a file; what its marks tell goes to the module."""
     lines, mark = [], None
-    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+    for number, line in for_both_types(path):
         if line.strip().startswith("!@"):
             mark = [part.strip() for part in line.strip()[2:].split("|")]
             if len(mark) != 4:
@@ -147,7 +166,7 @@ def make(list_path, template, output, page_output):
     add_arrays(module)
     as_double = Module()
     add_as_double(as_double)
-    text = template.read_text(encoding="utf-8").splitlines()
+    text = [line for _, line in for_both_types(template)]
     files = {line[8:].strip(): hand_written(module, template.parent / line[8:].strip())
              for line in text if line.startswith("!@ file ")}
     add_names_77(module)

@@ -71,4 +71,24 @@ index largest(index n, view<T> x) {
 template index largest(index, view<quad>);
 template index largest(index, view<cquad>);
 
+index extreme(index n, view<quad> x, bool smallest, bool last) {
+  index found = -1;
+  if (active().extreme(n, x, smallest, last, found)) return found;
+  constexpr std::int32_t less = 0x0100, equal = 0x4000, greater = 0;
+  const auto is_nan = [](const quad& q) { return q.hi != q.hi; };
+  for (index i = 0; i < n; ++i) {
+    const quad& q = x.at[i * x.step];
+    if (found < 0) {
+      found = i;
+      continue;
+    }
+    const quad& best = x.at[found * x.step];
+    const std::int32_t order = __zorvik_qcmp(q, best);
+    if (order == (smallest ? less : greater) || (last && order == equal) ||
+        (is_nan(best) && !is_nan(q)))
+      found = i;
+  }
+  return found;
+}
+
 }  // namespace zrt::arrays

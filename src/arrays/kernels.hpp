@@ -89,12 +89,17 @@ struct linear_kernels {
   void (*solve)(const triangle<T>& task);
 };
 
+/// Whether `place` is the number of the first or last extreme: false where it is not known, which
+/// an infinity, a NaN or a part that is too large makes so.
+using extreme_kernel = bool (*)(index n, view<quad> x, bool smallest, bool last, index& place);
+
 struct kernels {
   const char* name;
   binary_kernel<quad> qadd, qsub, qmul, qdiv;
   unary_kernel<quad> sqrtl, expl, logl, sinl, cosl;
   linear_kernels<quad> real;
   linear_kernels<cquad> complex;
+  extreme_kernel extreme;
 };
 
 /// Partial sums of a sum.

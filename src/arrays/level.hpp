@@ -4,6 +4,7 @@
 
 #include "arrays/elements.hpp"
 #include "arrays/elementwise.hpp"
+#include "arrays/extremes.hpp"
 #include "arrays/multiply.hpp"
 #include "arrays/solve.hpp"
 #include "arrays/sums.hpp"
@@ -32,6 +33,7 @@ const kernels table = {
     over_elements<function_of<cosine, scalar::cosine>>,
     linear<quad>,
     linear<cquad>,
+    extreme,
 };
 
 }  // namespace zrt::arrays::ZRT_LEVEL

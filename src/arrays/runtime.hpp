@@ -134,6 +134,10 @@ quad magnitude(const cquad& x);
 /// Number, from 0, of the first element of largest magnitude; -1 for none.
 template <class T>
 index largest(index n, view<T> x);
+/// Number, from 0, of the first or last of the smallest or largest elements by the order of qcmp,
+/// to which infinities and NaNs compare unordered; a NaN counts only where there is nothing else.
+/// -1 for none.
+index extreme(index n, view<quad> x, bool smallest, bool last);
 
 // --- Between the routines -----------------------------------------------------------------------
 // All with checked arguments, inside a floating_point_state.

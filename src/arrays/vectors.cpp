@@ -74,18 +74,18 @@ int asum(index n, const T* x, index incx, quad* result) {
 
 /// The exponent by which a norm is scaled.
 struct scaling {
-  int largest = -1;  // biased exponent; that of a subnormal or zero is 0
+  std::uint64_t largest = 0;  // image of the largest |hi|
   void join(const quad& x) {
-    const int exponent = static_cast<int>(__builtin_bit_cast(std::uint64_t, x.hi) >> 52) & 0x7FF;
-    if (exponent > largest) largest = exponent;
+    const std::uint64_t image = __builtin_bit_cast(std::uint64_t, x.hi) & ~(1ULL << 63);
+    if (image > largest) largest = image;
   }
   void join(const cquad& x) {
     join(x.re);
     join(x.im);
   }
   int exponent() const {
-    const int e = largest - 1023;
-    return largest == 0x7FF || largest <= 0 || (e >= -200 && e <= 400) ? 0 : e;
+    const int e = static_cast<int>(largest >> 52) - 1023;  // of a subnormal -1023
+    return e == 1024 || largest == 0 || (e >= -200 && e <= 400) ? 0 : e;
   }
 };
 
@@ -112,7 +112,13 @@ int nrm2(index n, const T* x, index incx, quad* result) {
   for (index i = 0; i < n; ++i) scale.join(from.at[i * from.step]);
   const int exponent = scale.exponent();
   partials<quad> partial;
-  for (index first = 0; first < n; first += buffered) {
+  const bool as_they_are = exponent == 0 && incx == 1;
+  if (as_they_are) {
+    const view<quad> parts = {reinterpret_cast<const quad*>(x), 1};
+    linear<quad>().dot(n * static_cast<index>(sizeof(T) / sizeof(quad)), parts, parts, false,
+                       partial.sum);
+  }
+  for (index first = as_they_are ? n : 0; first < n; first += buffered) {
     quad parts[2 * buffered];
     quad* end = parts;
     for (index i = first; i < least(first + buffered, n); ++i)

@@ -210,6 +210,9 @@ TYPED_TEST(ArraysLinear, NormsScaleAndLargestElements) {
   for (std::size_t i = 0; i < 50; ++i) set(i, -0x1p-800, 0);
   nrm2<T>(49, x.data(), 1, &norm);
   EXPECT_TRUE(is(norm, quad{7 * 0x1p-800, 0}));
+  for (std::size_t i = 0; i < 50; ++i) set(i, i % 2 != 0 ? 0x1p-1060 : 0, 0);
+  nrm2<T>(50, x.data(), 1, &norm);
+  EXPECT_TRUE(is(norm, quad{5 * 0x1p-1060, 0}));
   set(3, NAN, 0);
   set(20, -8, 0x1p-60);
   set(30, 8, 0x1p-70);
