@@ -67,6 +67,11 @@ auto of(dd_one f) {
 }
 #endif
 
+template <class T>
+using one = T (*)(T);
+template <class T>
+using two = T (*)(T, T);
+
 struct row {
   std::string_view stem;
   peer other;
@@ -75,52 +80,15 @@ struct row {
 const std::vector<row>& all() {
   static const std::vector<row> rows = [] {
     std::vector<row> r;
-    using one = double (*)(double);
-    using onef = float (*)(float);
-    using two = double (*)(double, double);
-    using twof = float (*)(float, float);
-#define BOTH(d, f, function)                          \
-  r.push_back({d, {"libm", of(one(std::function))}}); \
-  r.push_back({f, {"libm", of(onef(std::function))}})
-    BOTH("dexp", "exp", exp);
-    BOTH("dlog", "alog", log);
-    BOTH("dlog10", "alog10", log10);
-    BOTH("dsqrt", "sqrt", sqrt);
-    BOTH("dsin", "sin", sin);
-    BOTH("dcos", "cos", cos);
-    BOTH("dtan", "tan", tan);
-    BOTH("dasin", "asin", asin);
-    BOTH("dacos", "acos", acos);
-    BOTH("datan", "atan", atan);
-    BOTH("dsinh", "sinh", sinh);
-    BOTH("dcosh", "cosh", cosh);
-    BOTH("dtanh", "tanh", tanh);
-#undef BOTH
-    r.push_back({"datan2", {"libm", of(two(std::atan2))}});
-    r.push_back({"atan2", {"libm", of(twof(std::atan2))}});
-    r.push_back({"dtod", {"libm", of(two(std::pow))}});
-    r.push_back({"ftof", {"libm", of(twof(std::pow))}});
-
-    using quad_one = __float128 (*)(__float128);
     using quad_two = __float128 (*)(__float128, __float128);
     const auto quad = [&r](std::string_view stem, auto f) {
       r.push_back({stem, {"libquadmath", of(f)}});
     };
-    quad("expl", quad_one(expq));
-    quad("logl", quad_one(logq));
-    quad("log10l", quad_one(log10q));
-    quad("sqrtl", quad_one(sqrtq));
-    quad("sinl", quad_one(sinq));
-    quad("cosl", quad_one(cosq));
-    quad("tanl", quad_one(tanq));
-    quad("asinl", quad_one(asinq));
-    quad("acosl", quad_one(acosq));
-    quad("atanl", quad_one(atanq));
-    quad("sinhl", quad_one(sinhq));
-    quad("coshl", quad_one(coshq));
-    quad("tanhl", quad_one(tanhq));
-    quad("atan2l", quad_two(atan2q));
-    quad("powl", quad_two(powq));
+#define ZRT_REAL_PEER(shape, real4, real8, real16, name, mpfr)                \
+  r.push_back({#real4, {"libm", of(static_cast<shape<float>>(std::name))}});  \
+  r.push_back({#real8, {"libm", of(static_cast<shape<double>>(std::name))}}); \
+  quad(#real16, static_cast<shape<__float128>>(name##q));
+#include "counterparts.inc"
     quad("qadd", quad_two([](__float128 a, __float128 b) { return a + b; }));
     quad("qsub", quad_two([](__float128 a, __float128 b) { return a - b; }));
     quad("qmul", quad_two([](__float128 a, __float128 b) { return a * b; }));

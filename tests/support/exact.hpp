@@ -1,9 +1,9 @@
 #pragma once
 
-// The exact functions by MPFR, the operands that bounds are held over, and the error in the unit
-// that a bound states: for the test of the bounds and for the page of accuracy.
+// The exact functions by MPFR and MPC, the operands that bounds are held over, and the error in the
+// unit that a bound states: for the test of the bounds and for the page of accuracy.
 
-#include <mpfr.h>
+#include <mpc.h>
 
 #include <algorithm>
 #include <cfloat>
@@ -26,141 +26,60 @@ class number {
   mpfr_t value_;
 };
 
+/// A complex number; a real one lies in its first part.
 struct value {
-  number re, im;
+  mpc_t both;
+  mpfr_ptr re = mpc_realref(both), im = mpc_imagref(both);
+
+  value() { mpc_init2(both, 260); }
+  ~value() { mpc_clear(both); }
+  value(const value&) = delete;
+  value& operator=(const value&) = delete;
 };
 using function = void (*)(value& result, value& a, value& b);
 
 inline constexpr mpfr_rnd_t nearest = MPFR_RNDN;
 
-inline void turn(mpfr_ptr x, bool to_degrees) {
-  number pi;
-  mpfr_const_pi(pi, nearest);
-  if (to_degrees) mpfr_ui_div(pi, 180, pi, nearest);
-  if (!to_degrees) mpfr_div_ui(pi, pi, 180, nearest);
-  mpfr_mul(x, x, pi, nearest);
-}
-
 template <int (*exact)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t)>
-void of(value& r, value& a, value&) {
+void one(value& r, value& a, value&) {
   exact(r.re, a.re, nearest);
 }
 template <int (*exact)(mpfr_ptr, mpfr_srcptr, mpfr_srcptr, mpfr_rnd_t)>
-void of(value& r, value& a, value& b) {
+void two(value& r, value& a, value& b) {
   exact(r.re, a.re, b.re, nearest);
 }
-template <auto exact>
-void of_degrees(value& r, value& a, value& b) {
-  turn(a.re, false);
-  of<exact>(r, a, b);
+template <int (*exact)(mpfr_ptr, mpfr_srcptr, unsigned long, mpfr_rnd_t)>
+void turned_one(value& r, value& a, value&) {
+  exact(r.re, a.re, 360, nearest);
 }
-template <auto exact>
-void in_degrees(value& r, value& a, value& b) {
-  of<exact>(r, a, b);
-  turn(r.re, true);
+template <int (*exact)(mpfr_ptr, mpfr_srcptr, mpfr_srcptr, unsigned long, mpfr_rnd_t)>
+void turned_two(value& r, value& a, value& b) {
+  exact(r.re, a.re, b.re, 360, nearest);
 }
 
-inline void modulus(value& r, value& a, value&) { mpfr_hypot(r.re, a.re, a.im, nearest); }
-inline void product(value& r, value& a, value& b) {
-  mpfr_fmms(r.re, a.re, b.re, a.im, b.im, nearest);
-  mpfr_fmma(r.im, a.re, b.im, a.im, b.re, nearest);
+template <int (*exact)(mpfr_ptr, mpc_srcptr, mpfr_rnd_t)>
+void modulus(value& r, value& a, value&) {
+  exact(r.re, a.both, nearest);
 }
-inline void quotient(value& r, value& a, value& b) {
-  number square;
-  mpfr_fmma(square, b.re, b.re, b.im, b.im, nearest);
-  mpfr_neg(b.im, b.im, nearest);
-  product(r, a, b);
-  mpfr_div(r.re, r.re, square, nearest);
-  mpfr_div(r.im, r.im, square, nearest);
+template <int (*exact)(mpc_ptr, mpc_srcptr, mpc_rnd_t)>
+void complex_one(value& r, value& a, value&) {
+  exact(r.both, a.both, MPC_RNDNN);
 }
-inline void exponential(value& r, value& a, value&) {
-  number size;
-  mpfr_exp(size, a.re, nearest);
-  mpfr_sin_cos(r.im, r.re, a.im, nearest);
-  mpfr_mul(r.re, r.re, size, nearest);
-  mpfr_mul(r.im, r.im, size, nearest);
-}
-inline void logarithm(value& r, value& a, value&) {
-  mpfr_hypot(r.re, a.re, a.im, nearest);
-  mpfr_log(r.re, r.re, nearest);
-  mpfr_atan2(r.im, a.im, a.re, nearest);
-}
-inline void power(value& r, value& a, value& b) {
-  value log, times;
-  logarithm(log, a, b);
-  product(times, log, b);
-  exponential(r, times, b);
-}
-/// w = sqrt((|z| + |x|) / 2), v = |y| / 2w.
-inline void square_root(value& r, value& a, value&) {
-  number w, v;
-  mpfr_hypot(w, a.re, a.im, nearest);
-  mpfr_abs(v, a.re, nearest);
-  mpfr_add(w, w, v, nearest);
-  mpfr_div_ui(w, w, 2, nearest);
-  mpfr_sqrt(w, w, nearest);
-  mpfr_abs(v, a.im, nearest);
-  mpfr_div(v, v, w, nearest);
-  mpfr_div_ui(v, v, 2, nearest);
-  const bool right = mpfr_sgn(static_cast<mpfr_ptr>(a.re)) >= 0;
-  mpfr_set(r.re, right ? w : v, nearest);
-  mpfr_setsign(r.im, right ? v : w, mpfr_signbit(static_cast<mpfr_ptr>(a.im)), nearest);
-}
-/// The sine of x + iy; the cosine is that of x + pi/2 + iy.
-inline void sine(value& r, value& a, value&) {
-  number cosine, size;
-  mpfr_sin_cos(r.re, cosine, a.re, nearest);
-  mpfr_sinh_cosh(r.im, size, a.im, nearest);
-  mpfr_mul(r.re, r.re, size, nearest);
-  mpfr_mul(r.im, r.im, cosine, nearest);
-}
-inline void cosine(value& r, value& a, value& b) {
-  number pi;
-  mpfr_const_pi(pi, nearest);
-  mpfr_div_ui(pi, pi, 2, nearest);
-  mpfr_add(a.re, a.re, pi, nearest);
-  sine(r, a, b);
+template <int (*exact)(mpc_ptr, mpc_srcptr, mpc_srcptr, mpc_rnd_t)>
+void complex_two(value& r, value& a, value& b) {
+  exact(r.both, a.both, b.both, MPC_RNDNN);
 }
 
 inline constexpr struct {
   const char* stems;  // between blanks
   function exact;
-} functions[] = {{" dexp exp expl ", of<mpfr_exp>},
-                 {" dlog alog logl ", of<mpfr_log>},
-                 {" dlog10 alog10 log10l ", of<mpfr_log10>},
-                 {" dsqrt sqrt sqrtl ", of<mpfr_sqrt>},
-                 {" dsin sin sinl ", of<mpfr_sin>},
-                 {" dcos cos cosl ", of<mpfr_cos>},
-                 {" dtan tan tanl ", of<mpfr_tan>},
-                 {" dcot cot cotl ", of<mpfr_cot>},
-                 {" dsind sind sindl ", of_degrees<mpfr_sin>},
-                 {" dcosd cosd cosdl ", of_degrees<mpfr_cos>},
-                 {" dtand tand tandl ", of_degrees<mpfr_tan>},
-                 {" dasin asin asinl ", of<mpfr_asin>},
-                 {" dacos acos acosl ", of<mpfr_acos>},
-                 {" datan atan atanl ", of<mpfr_atan>},
-                 {" dasind asind asindl ", in_degrees<mpfr_asin>},
-                 {" dacosd acosd acosdl ", in_degrees<mpfr_acos>},
-                 {" datand atand atandl ", in_degrees<mpfr_atan>},
-                 {" datan2 atan2 atan2l ", of<mpfr_atan2>},
-                 {" datan2d atan2d atan2dl ", in_degrees<mpfr_atan2>},
-                 {" dsinh sinh sinhl ", of<mpfr_sinh>},
-                 {" dcosh cosh coshl ", of<mpfr_cosh>},
-                 {" dtanh tanh tanhl ", of<mpfr_tanh>},
-                 {" dtod ftof powl powld dtoi ftoi powli powlk ", of<mpfr_pow>},
-                 {" qadd qaddd qaddk ", of<mpfr_add>},
-                 {" qsub qsubd qsubk dsubq ksubq ", of<mpfr_sub>},
-                 {" qmul qmuld qmulk qmuli ", of<mpfr_mul>},
-                 {" qdiv qdivd qdivk ddivq kdivq ", of<mpfr_div>},
-                 {" cabs cdabs cabsl ", modulus},
-                 {" cmul cdmul cqmul ", product},
-                 {" cdiv cddiv cqdiv ", quotient},
-                 {" cexp cdexp cexpl ", exponential},
-                 {" clog cdlog clogl ", logarithm},
-                 {" csqrt cdsqrt csqrtl ", square_root},
-                 {" csin cdsin csinl ", sine},
-                 {" ccos cdcos ccosl ", cosine},
-                 {" ctoc cdtocd cpowl ctoi cdtoi cqtoi ", power}};
+} functions[] = {
+#define ZRT_REAL_PEER(shape, f, d, q, name, mpfr) {" " #f " " #d " " #q " ", shape<mpfr_##mpfr>},
+#define ZRT_COMPLEX_PEER(shape, c, z, x, name, mpc) {" " #c " " #z " " #x " ", shape<mpc_##mpc>},
+#define ZRT_EXACT_REAL(shape, stems, name, mpfr) {" " stems " ", shape<mpfr_##mpfr>},
+#define ZRT_EXACT_COMPLEX(shape, stems, name, mpc) {" " stems " ", shape<mpc_##mpc>},
+#include "counterparts.inc"
+};
 
 template <class T>
 T part_of(const operand& image, int at) {
@@ -224,7 +143,7 @@ inline double error(char code, value& got, value& exact, double least) {
   const bool pair = code == 'q' || code == 'x';
   number scale;
   mpfr_set_d(scale, least, nearest);
-  for (mpfr_ptr part : {static_cast<mpfr_ptr>(exact.re), static_cast<mpfr_ptr>(exact.im)})
+  for (mpfr_ptr part : {exact.re, exact.im})
     if (mpfr_cmpabs(part, scale) > 0) mpfr_abs(scale, part, nearest);
   if (mpfr_zero_p(static_cast<mpfr_ptr>(scale))) mpfr_set_d(scale, DBL_MIN, nearest);
   const int digits = code == 'f' || code == 'c' ? FLT_MANT_DIG : DBL_MANT_DIG;
