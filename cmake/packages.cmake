@@ -58,6 +58,7 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME zorvikrt-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS
     "libzorvikrt1 (= ${revision}), ${c_library}, libstdc++6 (>= ${compiler}), libgcc-s1 (>= 4.2)")
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "bash-completion, gfortran, libmpc3, libmpfr6, libquadmath0")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
     "The command zorvikrt-eval calls any entry and shows its result to the last\nbit; zorvikrt-gfortran compiles programs with these functions.")
 

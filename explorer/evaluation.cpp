@@ -47,6 +47,7 @@ std::string hexadecimal(std::uint64_t value, int digits) {
 evaluation::evaluation(const entry& e, const std::vector<std::string>& given) : words(given) {
   call_frame frame(e, given);
   const outcome out = e(frame.operands());
+  operands = frame.operands();
   flags = flag_names(out.flags);
   if (out.in_register) {
     std::uint64_t significand = 0, sign_exponent = 0;
@@ -57,19 +58,21 @@ evaluation::evaluation(const entry& e, const std::vector<std::string>& given) : 
   if (e.result != 'v') {
     // INTEGER*1 and INTEGER*2 results are sign-extended.
     const char code = e.result == 'b' || e.result == 'w' ? 'i' : e.result;
-    results.push_back({"result", decimal_of(code, out.result), bits_of(code, out.result), code});
+    results.push_back(
+        {"result", decimal_of(code, out.result), bits_of(code, out.result), code, out.result});
   }
   for (std::size_t i = 0; i < e.codes.size(); ++i) {
     const char code = e.codes[i];
     if (!is_written(e, code)) continue;
     area& memory = frame.at(i);
-    shown_value value{written_name(e, i), {}, byte_digits(memory.begin(), memory.size), 0};
+    shown_value value{written_name(e, i), {}, byte_digits(memory.begin(), memory.size), 0, {}};
     if (code == 'I' || code == 'Q') {
       image content;
       std::memcpy(content.bytes.data(), memory.begin(), memory.size);
       value.code = code == 'I' ? 'i' : 'q';
       value.decimal = decimal_of(value.code, content);
       value.bits = bits_of(value.code, content);
+      value.value = content;
     } else {
       value.decimal = quoted(memory.begin(), memory.size);
       // The length byte of a counted string stands in front of it.

@@ -40,7 +40,9 @@ class evaluation {
   struct shown_value {
     std::string name, decimal, bits;
     char code = 0;  // of a number
+    image value;    // the number
   };
+  std::vector<image> operands;
   std::vector<std::string> words;    // as they were given
   std::vector<shown_value> results;  // the result first, if there is one
   std::string register_image;        // empty where there is none

@@ -10,8 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "comparison.hpp"
 #include "evaluation.hpp"
 #include "numbers.hpp"
+#include "plot.hpp"
 #include "zorvikrt/text.h"
 #include "zorvikrt/zorvikrt.h"
 
@@ -20,12 +22,13 @@ using namespace explorer;
 namespace {
 
 constexpr const char* help =
-    R"(usage: zorvikrt-eval ENTRY OPERAND... [--show LIST] [--csv]
-       zorvikrt-eval ENTRY [OPERAND...] --from A --to B --steps N [--show LIST] [--csv]
-       zorvikrt-eval ENTRY --file FILE [--show LIST] [--csv]
+    R"(usage: zorvikrt-eval ENTRY OPERAND... [--show LIST] [--compare] [--csv]
+       zorvikrt-eval ENTRY [OPERAND...] --from A --to B --steps N [--show LIST] [--compare] [--csv]
+       zorvikrt-eval ENTRY [OPERAND...] --from A --to B --steps N --plot FILE.svg
+       zorvikrt-eval ENTRY --file FILE [--show LIST] [--compare] [--csv]
        zorvikrt-eval --list [WORD]
        zorvikrt-eval --describe ENTRY
-       zorvikrt-eval --version
+       zorvikrt-eval --version | --help
 
 Calls an entry of zorvikrt and shows its result. ENTRY is a stem such as dsin, or a reference entry
 such as I_dsin.
@@ -48,15 +51,18 @@ mark) runs from A to B.
 them, "..." keeps blanks together, # starts a comment.
 --show takes a list of these: decimal, bits, register (the 80-bit image on the FPU stack, where REAL
 results travel there), flags (what the call raised). Without it: decimal,bits.
+--compare shows what the C library answers, and libquadmath, MPFR and MPC where they are installed;
+distance is that of ours from it, in units of its last place, for REAL*16 of 2**-106 of it.
 --csv gives one line of names and a line for each call.
+--plot draws the table into a file instead.
 )";
 
 struct options {
   std::string entry_name;
   std::vector<std::string> operands;
-  std::optional<std::string> from, to, steps, file;
+  std::optional<std::string> from, to, steps, file, plot;
   columns shown;
-  bool csv = false;
+  bool csv = false, compare = false;
 };
 
 [[noreturn]] void fail(const std::string& message) {
@@ -147,6 +153,10 @@ options read_arguments(int count, char** arguments) {
       value(chosen.steps);
     } else if (word == "--file") {
       value(chosen.file);
+    } else if (word == "--plot") {
+      value(chosen.plot);
+    } else if (word == "--compare") {
+      chosen.compare = true;
     } else if (word == "--show") {
       value(list);
       chosen.shown = read_columns(*list);
@@ -207,17 +217,22 @@ bool split(const std::string& line, std::vector<std::string>& words) {
 class printer {
  public:
   printer(const entry& e, const options& chosen) : entry_(e), chosen_(chosen) {
-    if (chosen.csv) std::puts(csv_head(e, chosen.shown).c_str());
+    if (chosen.compare) others_.emplace(e);
+    if (chosen.csv) put(csv_head(e, chosen.shown) + (others_ ? others_->csv_names() : ""));
   }
   void operator()(const evaluation& call) const {
-    std::puts(
-        (chosen_.csv ? csv_row(entry_, call, chosen_.shown) : text_row(entry_, call, chosen_.shown))
-            .c_str());
+    if (chosen_.csv)
+      put(csv_row(entry_, call, chosen_.shown) + (others_ ? others_->csv_cells(call) : ""));
+    else
+      put(text_row(entry_, call, chosen_.shown) + (others_ ? others_->text_lines(call) : ""));
   }
 
  private:
+  static void put(const std::string& lines) { std::puts(lines.c_str()); }
+
   const entry& entry_;
   const options& chosen_;
+  std::optional<comparison> others_;
 };
 
 void show_constant(const constant& c, const options& chosen) {
@@ -249,11 +264,21 @@ void run_table(const entry& e, options& chosen) {
   const auto place = static_cast<std::size_t>(
       std::find(chosen.operands.begin(), chosen.operands.end(), "_") - chosen.operands.begin());
   const running_operand runs(e, place, *chosen.from, *chosen.to, steps);
-  const printer print(e, chosen);
+  std::optional<printer> print;
+  std::optional<plot> picture;
+  if (chosen.plot)
+    picture.emplace(e, chosen.operands, place);
+  else
+    print.emplace(e, chosen);
   for (long step = 0; step <= steps; ++step) {
     chosen.operands[place] = runs.at(step);
-    print(evaluation(e, chosen.operands));
+    const evaluation call(e, chosen.operands);
+    if (picture)
+      picture->add(call);
+    else
+      (*print)(call);
   }
+  if (picture && !picture->write(*chosen.plot)) fail("cannot write '" + *chosen.plot + "'");
 }
 
 void run_file(const entry& e, const options& chosen) {
@@ -319,18 +344,22 @@ int main(int count, char** arguments) {
   options chosen = read_arguments(count, arguments);
   if (chosen.entry_name.empty()) fail("which entry? --list shows all, --help tells the rest");
   if (const constant* c = find_constant(chosen.entry_name)) {
-    if (!chosen.operands.empty() || chosen.from || chosen.to || chosen.steps || chosen.file)
+    if (!chosen.operands.empty() || chosen.from || chosen.to || chosen.steps || chosen.file ||
+        chosen.compare || chosen.plot)
       fail(std::string(c->name) + " is a constant and takes no operands");
     show_constant(*c, chosen);
     return finished();
   }
   const entry& e = find(chosen.entry_name);
   try {
-    if (chosen.file && (chosen.from || chosen.to || chosen.steps))
-      fail("--file and a table do not go together");
+    const bool table = chosen.from || chosen.to || chosen.steps;
+    if (chosen.plot && !table) fail("--plot draws a table: it needs --from, --to and --steps");
+    if (chosen.plot && (chosen.csv || chosen.compare))
+      fail("--plot goes with neither --csv nor --compare");
+    if (chosen.file && table) fail("--file and a table do not go together");
     if (chosen.file)
       run_file(e, chosen);
-    else if (chosen.from || chosen.to || chosen.steps)
+    else if (table)
       run_table(e, chosen);
     else
       printer(e, chosen)(evaluation(e, chosen.operands));

@@ -53,6 +53,7 @@ constexpr const type_code& type_of(char code) {
 
 /// Bytes of an operand or result of this code in memory; 0 for no result.
 constexpr int size_of(char code) { return type_of(code).size; }
+constexpr bool is_complex(char code) { return code == 'c' || code == 'z' || code == 'x'; }
 constexpr bool same_in_both_forms(char code) { return type_of(code).same_in_both_forms; }
 
 }  // namespace explorer

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs what a page of the documentation shows.
 
-usage: check_docs.py SOURCE_DIRECTORY PAGE [--without WORD] [NAME=COMMAND ...]
+usage: check_docs.py SOURCE_DIRECTORY PAGE [--without WORD]... [NAME=COMMAND ...]
 
 In a folder of its own where `include`, `src` and `build` are those of the source directory:
   - a fenced block behind a line that ends with `NAME`: becomes the file NAME,
@@ -42,9 +42,9 @@ def steps(page):
 
 def main(arguments):
     source, page, *rest = arguments
-    source, page, without = Path(source).resolve(), Path(page), None
-    if rest[:1] == ["--without"]:
-        without, rest = rest[1], rest[2:]
+    source, page, without = Path(source).resolve(), Path(page), []
+    while rest[:1] == ["--without"]:
+        without, rest = without + [rest[1]], rest[2:]
     done = faults = 0
     with tempfile.TemporaryDirectory() as folder:
         for shared in ("include", "src", "build"):
@@ -60,7 +60,7 @@ def main(arguments):
             if kind == "file":
                 (Path(folder) / name).write_text(text)
                 continue
-            if without and without in name:
+            if any(word in name for word in without):
                 continue
             run = subprocess.run(name, shell=True, cwd=folder, env=environment, stdout=subprocess.PIPE,
                                  stderr=subprocess.STDOUT, text=True)
@@ -76,5 +76,5 @@ def main(arguments):
 
 if __name__ == "__main__":
     if len(sys.argv) < 3:
-        sys.exit("usage: check_docs.py SOURCE_DIRECTORY PAGE [--without WORD] [NAME=COMMAND ...]")
+        sys.exit("usage: check_docs.py SOURCE_DIRECTORY PAGE [--without WORD]... [NAME=COMMAND ...]")
     sys.exit(main(sys.argv[1:]))

@@ -10,12 +10,14 @@ import io
 import os
 import random
 import re
+import shutil
 import struct
 import subprocess
 import sys
 import tempfile
 import unittest
 from pathlib import Path
+from xml.etree import ElementTree
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tools"))
 from exports_list import parse  # noqa: E402
@@ -181,6 +183,126 @@ class Files(unittest.TestCase):
             self.assertEqual((done.returncode, done.stderr), (2, "zorvikrt-eval: cannot write the output\n"), words)
 
 
+class Comparisons(unittest.TestCase):
+    def test_every_bounded_entry_is_as_near_to_other_libraries_as_it_promises(self):
+        """The C library, libquadmath and MPFR agree with one another, which no wrong counterpart would."""
+        source = random.Random(3)
+        entries = [e for e in parse(LIST)[0] if e.kind == "value" and e.result in "fdqczx"]
+        seen = set()
+        for e in entries if len(PROGRAM) == 1 else entries[::12]:  # under an emulator each start takes its time
+            bound, least, ranges = e.bounds[0] if e.bounds else (None, 0, e.sample)
+
+            def word(name, code):
+                low, high = ranges.get(name, (-10, 10))
+                values = [repr(source.uniform(low, high)) for _ in range(2 if code in "czx" else 1)]
+                return str(int(float(values[0]))) if code in "ik" else ",".join(values)
+            rows = "\n".join(" ".join(word(*o) for o in e.operands) for _ in range(4))
+            done = run(e.stem, "--compare", "--csv", "--file", "-", given=rows)
+            if "stands beside" in done.stderr:
+                self.assertIsNone(bound, f"{e.stem}: {done.stderr}")
+                continue
+            self.assertEqual(done.returncode, 0, f"{e.stem} {rows}: {done.stderr}")
+            for row in csv.DictReader(io.StringIO(done.stdout)):
+                distances = {name: float(value) for name, value in row.items() if name.endswith("_distance") and value}
+                seen |= set(distances)
+                exact = distances.get("mpfr_distance", distances.get("mpc_distance"))
+                if exact is not None and bound is not None and not least:
+                    self.assertLessEqual(exact, 1 + 1.5 * bound, f"{e.stem} {row}")
+                other = bound if exact is None else exact
+                for distance in distances.values() if other is not None else ():
+                    self.assertLessEqual(abs(distance - other), other + 100, f"{e.stem} {row}")
+                if exact is not None and "libquadmath_distance" in distances:
+                    self.assertAlmostEqual(exact, distances["libquadmath_distance"], None, e.stem,
+                                           0.3 + 0.02 * exact)
+        if len(PROGRAM) == 1:
+            wanted = {"c_library_distance", "libquadmath_distance"}
+            if not has_registers():
+                wanted |= {"mpfr_distance", "mpc_distance"}
+            self.assertLessEqual(wanted, seen)
+
+    def test_answers_stand_below_ours(self):
+        found = lines("I_log", "7", "--compare")
+        self.assertEqual(found[0], "I_log(7) = 1.9459101  0x3FF91395")
+        self.assertEqual(found[1], "  C library    1.9459101  distance 0")
+        self.assertEqual(found[1:], lines("alog", "7", "--compare")[1:])
+        self.assertIn("distance 2", lines("dexp", "-744", "--compare")[1])  # in least subnormals
+        self.assertIn("distance -", "".join(lines("dexp", "800", "--compare")[1:])
+                      if "libquadmath" in lines("dexp", "1", "--compare")[2] else "distance -")
+
+    @unittest.skipUnless(os.name == "posix" and len(sys.argv) == 3, "needs the loader's search path")
+    def test_missing_libraries_are_told(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for file in ("libquadmath.so.0", "libmpfr.so.6", "libmpc.so.3"):
+                Path(folder, file).write_text("no library")
+            done = subprocess.run([*PROGRAM, "cdexp", "1,2", "--compare"], capture_output=True, text=True,
+                                  env=dict(os.environ, LD_LIBRARY_PATH=folder))
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertEqual(done.stdout.splitlines()[2:], ["  libquadmath  libquadmath.so.0 is not installed",
+                                                        "  MPC          libmpfr.so.6 is not installed"])
+
+
+class Plots(unittest.TestCase):
+    def drawn(self, *words):
+        with tempfile.TemporaryDirectory() as folder:
+            file = os.path.join(folder, "plot.svg")
+            self.assertEqual(lines(*words, "--plot", file), [])
+            return ElementTree.parse(file).getroot()
+
+    def texts(self, picture):
+        return [element.text for element in picture.iter("{http://www.w3.org/2000/svg}text")]
+
+    def points(self, picture):
+        """Of each line, in pixels."""
+        return [[tuple(map(float, point)) for point in re.findall(r"([-0-9.]+) ([-0-9.]+)", path.get("d"))]
+                for path in picture.iter("{http://www.w3.org/2000/svg}path") if path.get("fill") == "none"]
+
+    def test_points_lie_where_the_axes_say(self):
+        picture = self.drawn("dabs", "--from", "-4", "--to", "4", "--steps", "8")
+        (line,) = self.points(picture)
+        self.assertEqual(len(line), 9)
+        self.assertEqual([x for x, _ in line], [round(line[0][0] + (line[8][0] - line[0][0]) * i / 8, 1) for i in range(9)])
+        self.assertEqual(line[0][1], line[8][1])
+        self.assertEqual(max(y for _, y in line), line[4][1])  # downward
+        texts = self.texts(picture)
+        for text in ("dabs(x), REAL*8", "x REAL*8", "-4", "0", "4"):
+            self.assertIn(text, texts)
+
+    def test_parts_scales_and_gaps(self):
+        picture = self.drawn("cqtoi", "0.9,0.5", "_", "--from", "0", "--to", "9", "--steps", "9")
+        self.assertEqual([len(line) for line in self.points(picture)], [10, 10])
+        self.assertLessEqual({"real part", "imaginary part"}, set(self.texts(picture)))
+        (line,) = self.points(self.drawn("dexp", "--from", "0", "--to", "700", "--steps", "70"))
+        self.assertAlmostEqual(line[0][1] - line[35][1], line[35][1] - line[70][1], delta=0.2)  # by the logarithm
+        (line,) = self.points(self.drawn("dsqrt", "--from", "-1", "--to", "1", "--steps", "10"))
+        self.assertEqual(len(line), 6)
+        tangent = ElementTree.tostring(self.drawn("dtan", "--from", "-4", "--to", "4", "--steps", "400"), "unicode")
+        self.assertIn(tangent.count("h0"), (3, 4, 5))  # around two poles
+
+
+@unittest.skipUnless(os.name == "posix" and len(sys.argv) == 3 and shutil.which("bash"), "needs bash")
+class Completion(unittest.TestCase):
+    def completed(self, *words):
+        script = Path(__file__).resolve().parent.parent / "explorer" / "zorvikrt-eval.bash"
+        done = subprocess.run(["bash", "-c", 'source "$0"; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _zorvikrt_eval\n'
+                               'printf "%s\\n" "${COMPREPLY[@]}"', script, *PROGRAM, *words],
+                              capture_output=True, text=True)
+        self.assertEqual(done.stderr, "")
+        return set(done.stdout.split())
+
+    def test_names_options_and_values(self):
+        self.assertEqual(self.completed("dsin"), {"dsin", "dsind", "dsinh"})
+        self.assertEqual(self.completed("--describe", "cqd"), {"cqdiv"})
+        self.assertEqual(self.completed("FLOAT_"), {"FLOAT_NAN", "FLOAT_INF", "FLOAT_MAX"})
+        self.assertEqual(self.completed("dsin", "0.5", "--c"), {"--compare", "--csv"})
+        self.assertEqual(self.completed("--show", "bits", "I_dmo"), {"I_dmod"})
+        self.assertEqual(self.completed("dsin", "--show", "decimal,f"), {"decimal,flags"})
+        self.assertEqual(self.completed("dsin", "d"), set())
+        self.assertEqual(len(self.completed("")), sum(1 for _ in lines("--list")))
+        with tempfile.TemporaryDirectory() as folder:
+            Path(folder, "table.svg").touch()
+            self.assertEqual(self.completed("dsin", "--plot", folder + "/ta"), {folder + "/table.svg"})
+
+
 class Lists(unittest.TestCase):
     def test_every_entry_is_listed_and_can_be_called(self):
         entries, _ = parse(LIST)
@@ -221,6 +343,7 @@ class Lists(unittest.TestCase):
 
 class Errors(unittest.TestCase):
     def test_one_clear_line(self):
+        table = ["--from", "1", "--to", "2", "--steps", "2"]
         cases = [
             ([], "which entry?"),
             (["sine", "1"], "there is no entry 'sine'"),
@@ -258,6 +381,14 @@ class Errors(unittest.TestCase):
             (["ichar", "--from", "1", "--to", "2", "--steps", "2"], "only an INTEGER or REAL"),
             (["dabs", "--file", "/there/is/none"], "cannot open"),
             (["dabs", "1", "--file", "-"], "from the file or from the command line"),
+            (["index", "a", "a", "--compare"], "stands beside index"),
+            (["FLOAT_MAX", "--compare"], "is a constant"),
+            (["dabs", "1", "--plot", "x.svg"], "--plot draws a table"),
+            (["dabs", *table, "--plot", "x.svg", "--csv"], "neither --csv nor --compare"),
+            (["dabs", *table, "--plot", "/there/is/none.svg"], "cannot write '/there/is/none.svg'"),
+            (["adjustl", *table, "--plot", "x.svg"], "only an INTEGER or REAL"),
+            (["_mvbits", "_", "0", "4", "1", "0", *table, "--plot", "x.svg"], "only an INTEGER or REAL"),
+            (["dlog", "--from", "-2", "--to", "-1", "--steps", "2", "--plot", "x.svg"], "nothing to draw"),
             (["--list", "nothing like it"], "no entry has"),
             (["--describe"], "takes one entry"),
         ]

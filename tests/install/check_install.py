@@ -93,7 +93,8 @@ class Check:
         os.umask(mask)
         if shutil.which("lintian"):
             run(["lintian", "--allow-root", "--fail-on", "error,warning", *packages.glob("*.deb")])
-        for name, wanted in (("zorvikrt-tools", ["usr/bin/zorvikrt-eval"]),
+        for name, wanted in (("zorvikrt-tools", ["usr/bin/zorvikrt-eval",
+                                                "usr/share/bash-completion/completions/zorvikrt-eval"]),
                              ("libzorvikrt1", [f"usr/{self.library}/libzorvikrt.so.1"]),
                              ("libzorvikrt-dev", [f"usr/{self.library}/libzorvikrt.so",
                                                   "usr/include/zorvikrt/zorvikrt.hpp",
