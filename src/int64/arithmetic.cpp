@@ -1,8 +1,5 @@
-// 64-bit multiplication, division and remainder, signed and unsigned.
-//
-// The fast forms are the processor's own divides; on i386 the x87 route would cost two changes of
-// control word. The slow forms use 32-bit integer instructions alone: limbs of 16
-// bits, shift and subtract.
+// 64-bit multiplication, and its slow form beside those of division and remainder: 32-bit integer
+// instructions alone, limbs of 16 bits, shift and subtract. division.cpp has the fast ones.
 
 #include "int64/arithmetic.hpp"
 
@@ -13,82 +10,11 @@ namespace {
 
 using word = std::uint32_t;
 
-/// What the fast unsigned division and remainder give for a zero divisor: signed numbers as long as
-/// the dividend could be one.
-[[maybe_unused]] constexpr std::uint64_t unsigned_by_zero(std::uint64_t a) {
-  return a >> 63 == 0 ? INT64_MAX : UINT64_MAX;
-}
-/// What the slow ones give.
+/// What the slow unsigned division and remainder give for a zero divisor.
 constexpr std::uint64_t slow_unsigned_by_zero = UINT64_MAX;
 
 constexpr word low_word(std::uint64_t x) { return static_cast<word>(x); }
 constexpr word high_word(std::uint64_t x) { return static_cast<word>(x >> 32); }
-
-}  // namespace
-
-#if defined(__i386__)
-
-// Written out, for a compiler saves registers and copies operands before the first test. The cases
-// of one 32-bit divide come first: a divisor of one word above the high word of the dividend, and
-// in signed division a dividend that fits a word. The rest is left to the compiler's own helpers,
-// by a jump with the operands where they are.
-#define ZRT_LABEL_OF(prefix, name) #prefix #name
-#define ZRT_LABEL(prefix, name) ZRT_LABEL_OF(prefix, name)
-#define ZRT_HELPER(name) ZRT_LABEL(__USER_LABEL_PREFIX__, name)
-#if defined(__ELF__)
-// The C library has helpers of these names as well, which would be reached through the PLT.
-asm(".hidden __divdi3, __moddi3, __udivdi3, __umoddi3");
-#endif
-
-// clang-format off
-// Behind the stack pointer: return address, dividend low and high, divisor low and high.
-#define ZRT_DIVISION_BY_A_WORD(helper) \
-  "movl 16(%esp), %eax\n\t" \
-  "movl 12(%esp), %ecx\n\t" \
-  "movl 8(%esp), %edx\n\t" \
-  "testl %eax, %eax\n\t" \
-  "jne " ZRT_HELPER(helper) "\n\t" \
-  "movl 4(%esp), %eax\n\t" \
-  "cmpl %ecx, %edx\n\t" \
-  "jae 1f\n\t"
-#define ZRT_UNSIGNED_DIVISION(helper, result) \
-  ZRT_DIVISION_BY_A_WORD(helper) \
-  "divl %ecx\n\t" result \
-  "xorl %edx, %edx\n\t" \
-  "ret\n" \
-  "1: testl %ecx, %ecx\n\t" \
-  "jne " ZRT_HELPER(helper) "\n\t" \
-  "sarl $31, %edx\n\t" \
-  "orl $0x7FFFFFFF, %edx\n\t" \
-  "movl $-1, %eax\n\t" \
-  "ret"
-#define ZRT_SIGNED_DIVISION(helper, result) \
-  ZRT_DIVISION_BY_A_WORD(helper) \
-  "testl %edx, %edx\n\t" \
-  "js " ZRT_HELPER(helper) "\n\t" \
-  "divl %ecx\n\t" result \
-  "xorl %edx, %edx\n\t" \
-  "ret\n" \
-  "1: cltd\n\t" \
-  "cmpl 8(%esp), %edx\n\t" \
-  "jne 2f\n\t" \
-  "testl %ecx, %ecx\n\t" \
-  "jle 2f\n\t" \
-  "idivl %ecx\n\t" result \
-  "cltd\n\t" \
-  "ret\n" \
-  "2: testl %ecx, %ecx\n\t" \
-  "jne " ZRT_HELPER(helper) "\n\t" \
-  "movl $-1, %eax\n\t" \
-  "movl $0x7FFFFFFF, %edx\n\t" \
-  "ret"
-#define ZRT_QUOTIENT ""
-#define ZRT_REMAINDER "movl %edx, %eax\n\t"
-// clang-format on
-
-#endif
-
-namespace {
 
 /// The carry out of x + y, from the top bits of the addends and of the sum.
 constexpr std::uint32_t carry(std::uint32_t x, std::uint32_t y, std::uint32_t sum) {
@@ -157,41 +83,6 @@ using namespace zrt;
 using namespace zrt::int64;
 
 ZRT_VALUE(std::int64_t, lmul)(std::int64_t a, std::int64_t b) { return product(a, b); }
-
-#if defined(__i386__)
-
-#define ZRT_NAKED(type) type __attribute__((naked))
-ZRT_VALUE(ZRT_NAKED(std::int64_t), ldiv)(std::int64_t, std::int64_t) {
-  asm(ZRT_SIGNED_DIVISION(__divdi3, ZRT_QUOTIENT));
-}
-ZRT_VALUE(ZRT_NAKED(std::int64_t), lmod)(std::int64_t, std::int64_t) {
-  asm(ZRT_SIGNED_DIVISION(__moddi3, ZRT_REMAINDER));
-}
-ZRT_VALUE(ZRT_NAKED(std::uint64_t), uldiv)(std::uint64_t, std::uint64_t) {
-  asm(ZRT_UNSIGNED_DIVISION(__udivdi3, ZRT_QUOTIENT));
-}
-ZRT_VALUE(ZRT_NAKED(std::uint64_t), ulmod)(std::uint64_t, std::uint64_t) {
-  asm(ZRT_UNSIGNED_DIVISION(__umoddi3, ZRT_REMAINDER));
-}
-
-#else
-
-ZRT_VALUE(std::int64_t, ldiv)(std::int64_t a, std::int64_t b) {
-  if (static_cast<std::uint64_t>(b) + 1 > 1) return a / b;  // neither 0 nor -1
-  return b == 0 ? signed_by_zero : negated_by(a, std::int64_t{-1});
-}
-ZRT_VALUE(std::int64_t, lmod)(std::int64_t a, std::int64_t b) {
-  if (static_cast<std::uint64_t>(b) + 1 > 1) return a % b;  // neither 0 nor -1
-  return b == 0 ? signed_by_zero : 0;
-}
-ZRT_VALUE(std::uint64_t, uldiv)(std::uint64_t a, std::uint64_t b) {
-  return b != 0 ? a / b : unsigned_by_zero(a);
-}
-ZRT_VALUE(std::uint64_t, ulmod)(std::uint64_t a, std::uint64_t b) {
-  return b != 0 ? a % b : unsigned_by_zero(a);
-}
-
-#endif
 
 ZRT_VALUE(std::int64_t, slow_lmul)(std::int64_t a, std::int64_t b) {
   return negated_by(static_cast<std::int64_t>(limb_product(magnitude(a), magnitude(b))),
