@@ -29,15 +29,19 @@ bool are_ordinary_degrees(const F& x) {
   return zero_or_from(x, smallest_normal<F> * 64);
 }
 
+template <bool cosine, format F>
+[[gnu::always_inline]] inline result<F> sine_or_cosine(const F& x) {
+  return evaluated_quickly<F>([](const auto& a, auto& y) { return quick_sine<cosine>(a, y); },
+                              is_ordinary<F>,
+                              []<class V>(const F& a) { return sine<V>(a, cosine); }, x);
+}
 template <format F>
 [[gnu::always_inline]] inline result<F> sine_of(const F& x) {
-  return evaluated<F>(
-      is_ordinary(x), []<class V>(const F& a) { return sine<V>(a, false); }, x);
+  return sine_or_cosine<false>(x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> cosine_of(const F& x) {
-  return evaluated<F>(
-      is_ordinary(x), []<class V>(const F& a) { return sine<V>(a, true); }, x);
+  return sine_or_cosine<true>(x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> tangent_of(const F& x) {

@@ -8,9 +8,9 @@ namespace {
 
 template <format F>
 [[gnu::always_inline]] inline result<F> exponential_of(const F& x) {
-  return evaluated<F>(
-      has_ordinary_exponential(x), []<class V>(const F& a) { return natural_exponential<V>(a); },
-      x);
+  return evaluated_quickly<F>([](const auto& a, auto& y) { return quick_exponential(a, y); },
+                              has_ordinary_exponential<F>,
+                              []<class V>(const F& a) { return natural_exponential<V>(a); }, x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> logarithm_of(const F& x) {

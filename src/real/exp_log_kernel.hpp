@@ -63,6 +63,15 @@ template <format F>
 }
 #endif
 
+/// e**r / 2 for the rest r of the reduction.
+template <format F, class V>
+[[gnu::always_inline]] inline V half_exponential(V r) {
+  using c = exponential_constants<F>;
+  const V z = r * r;
+  const V g = r * polynomial(z, c::p);
+  return 0.5 + g / (polynomial(z, c::q) - g);
+}
+
 /// e**x by Cody and Waite: n = x / ln 2 to the nearest integer, r = x - n ln 2 within 0.347 with ln
 /// 2 in two pieces, e**r / 2 = 0.5 + r P(r**2) / (Q(r**2) - r P(r**2)), stored, times 2**(n + 1).
 /// Within 1.6 units of the last place (REAL*4: 0.52). Above 1023 ln 2 (REAL*4: 127 ln 2) and for
@@ -82,10 +91,7 @@ template <class V, format F>
   const whole_number<V> n =
       truncated_whole(value * c::log2_e + load<V>(signed_halves[negative]), slots.whole);
   const V r = (value - n.value * c::ln2_leading) - n.value * c::ln2_rest;
-  const V z = r * r;
-  const V g = r * polynomial(z, c::p);
-  const V y = 0.5 + g / (polynomial(z, c::q) - g);
-  return scaled<F>(stored_in(slots.result, y), n);
+  return scaled<F>(stored_in(slots.result, half_exponential<F>(r)), n);
 }
 
 /// Ordinary: the result is normal by far, and so is the square of what is left of x.
@@ -96,6 +102,25 @@ template <format F>
   else
     return zero_or_between(x, 0x1p-126f, 87.0f);
 }
+
+#if defined(__x86_64__)
+/// e**x for ordinary operands. r tells that n is that of the steps: their product with log2 e is
+/// n + r / ln 2 within 2**-17, so that r**2 below 0.1201 leaves it 2**-15 clear of a half. n + 1
+/// goes into the exponent of the stored e**r / 2 as an integer.
+template <format F>
+[[gnu::always_inline]] inline bool quick_exponential(const F& x, F& result) {
+  using c = exponential_constants<F>;
+  if (!has_ordinary_exponential(x)) return false;
+  const double value = load<double>(x);
+  const quick_whole<1> n(value * c::log2_e);
+  const double r = (value - n.value * c::ln2_leading) - n.value * c::ln2_rest;
+  if (!less(r * r, 0.1201)) return false;
+  const __m128i y = packed(static_cast<F>(half_exponential<F>(r)));
+  const __m128i exponent = moved_up<F>(packed(n.shifted), layout<F>::fraction_bits);
+  result = unpacked<F>(add_images<F>(y, exponent));
+  return true;
+}
+#endif
 
 /// One node of the logarithm's table, j/128 above 1: its logarithm in two pieces and its
 /// reciprocal.

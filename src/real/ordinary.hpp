@@ -66,7 +66,12 @@ template <format F, class Kernel, class... Operands>
 [[gnu::noinline]] result<F> on_register(Kernel kernel, Operands... operands) {
   return returned<F>(kernel.template operator()<reg>(operands...));
 }
-
+/// The same for what a quick kernel leaves, most of it still ordinary.
+template <format F, class Ordinary, class Kernel>
+[[gnu::noinline]] result<F> by_steps(Ordinary is_ordinary, Kernel kernel, F x) {
+  if (!is_ordinary(x)) return on_register<F>(kernel, x);
+  return static_cast<F>(kernel.template operator()<double>(x));
+}
 #endif
 
 /// Runs a kernel, a template on the type of its values, on the model that serves the operands.
@@ -79,6 +84,21 @@ template <format F, class Kernel, class... Operands>
   return on_register<F>(kernel, operands...);
 #else
   return returned<F>(kernel.template operator()<reg>(operands...));
+#endif
+}
+
+/// The same, on x86-64 with a quick kernel ahead: it gives the bits of the steps where it returns
+/// true, and leaves to them what it cannot tell.
+template <format F, class Quick, class Ordinary, class Kernel>
+[[gnu::always_inline]] inline result<F> evaluated_quickly([[maybe_unused]] Quick quick,
+                                                          [[maybe_unused]] Ordinary is_ordinary,
+                                                          Kernel kernel, const F& x) {
+#if defined(__x86_64__)
+  F y;
+  if (__builtin_expect(quick(x, y), true)) return y;
+  return by_steps<F>(is_ordinary, kernel, x);
+#else
+  return returned<F>(kernel.template operator()<reg>(x));
 #endif
 }
 
