@@ -117,9 +117,14 @@ template <std::same_as<double> V>
   const std::uint64_t sign = std::uint64_t{negative} << 63;
   return sse_operations::held(std::bit_cast<double>(std::bit_cast<std::uint64_t>(value) ^ sign));
 }
+/// In place: the other half of the register is nobody's result.
 [[gnu::always_inline]] inline double fsqrt(double a) {
-  const __m128d operand = _mm_set_sd(a);
-  return _mm_cvtsd_f64(_mm_sqrt_sd(operand, operand));
+#if defined(__AVX__)
+  asm("vsqrtsd %0, %0, %0" : "+x"(a));
+#else
+  asm("sqrtsd %0, %0" : "+x"(a));
+#endif
+  return a;
 }
 /// In the rounding mode in force; out of range and NaN give 0x80000000.
 [[gnu::always_inline]] inline std::int32_t fistp32(double a) {

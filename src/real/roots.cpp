@@ -3,15 +3,21 @@
 #include "entries.hpp"
 #include "real/roots_kernel.hpp"
 
+namespace zrt::real {
+namespace {
+
+template <format F>
+[[gnu::always_inline]] inline result<F> root_of(const F& x) {
+  return evaluated_quickly<F>([](const auto& a, auto& y) { return quick_root(a, y); },
+                              has_ordinary_root<F>,
+                              []<class V>(const F& a) { return square_root<V>(a); }, x);
+}
+
+}  // namespace
+}  // namespace zrt::real
+
 using namespace zrt;
 using namespace zrt::real;
 
-ZRT_VALUE(real8_result, dsqrt)(real8 x) {
-  return evaluated<double>(
-      positive_between<double>(x, 0x1p-900, infinite<double>),
-      []<class V>(const double& a) { return square_root<V>(a); }, x);
-}
-ZRT_VALUE(real4_result, sqrt)(real4 x) {
-  return evaluated<float>(
-      is_positive_normal(x), []<class V>(const float& a) { return square_root<V>(a); }, x);
-}
+ZRT_VALUE(real8_result, dsqrt)(real8 x) { return root_of(x); }
+ZRT_VALUE(real4_result, sqrt)(real4 x) { return root_of(x); }

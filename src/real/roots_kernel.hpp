@@ -8,6 +8,15 @@
 
 namespace zrt::real {
 
+/// Ordinary: the root and what its steps subtract are normal.
+template <format F>
+[[gnu::always_inline]] inline bool has_ordinary_root(const F& x) {
+  if constexpr (std::same_as<F, double>)
+    return positive_between<double>(x, 0x1p-900, infinite<double>);
+  else
+    return is_positive_normal(x);
+}
+
 /// The first guess of a root: the image halved, which halves the exponent and keeps the leading
 /// fraction bits; within 6.1 % for normal operands.
 template <class V>
@@ -54,7 +63,12 @@ template <std::same_as<reg> V>
 #if defined(__x86_64__)
 [[gnu::always_inline]] inline bool rounds_to_nearest(double) {
   const double one = sse_operations::held(1.0);
-  return one + 0x1p-60 == one - 0x1p-60;
+  return !greater(one + 0x1p-60, one - 0x1p-60);
+}
+
+template <std::same_as<double> V>
+[[gnu::always_inline]] inline double square_root(const double& x) {
+  return heron<double>(x);
 }
 
 /// The same value as four steps of Heron's rule for a normal positive x in round to nearest, from
@@ -63,27 +77,27 @@ template <std::same_as<reg> V>
 /// The last step adds d/4 and x/d, about half the root s each, where d/2 is s within 2**-39. Where
 /// r is not at the end of a binade, d/4 is a multiple of half a unit of r, and x/d rounds to such a
 /// multiple; their exact sum is s within 2**-79. So the result is s rounded to half units, and then
-/// to units with ties to even: r itself where |s - r| is less than a quarter of a unit, else the
-/// even one of r and its neighbour on the side of s. s - r is (x - r**2) / 2 r. The steps decide
-/// what lies within 2**-20 of a quarter, or at the end of a binade: one operand in 2**20.
-template <std::same_as<double> V>
-[[gnu::always_inline]] inline double square_root(const double& x) {
-  const double r = fsqrt(x);
-  const std::uint64_t bits = std::bit_cast<std::uint64_t>(r);
-  // x - r**2 by halves of r, of 26 and 27 bits.
-  const double high = std::bit_cast<double>(bits & ~std::uint64_t{0x7FFFFFF});
-  const double low = r - high;
-  const double excess = ((x - high * high) - 2.0 * high * low) - low * low;
-  // 2 r times a quarter of a unit: r 2**(e - 53).
-  const double unit =
-      std::bit_cast<double>((bits & 0x7FF0000000000000) - (std::uint64_t{53} << 52));
-  const double limit = r * unit;
-  const double distance = fabs(excess) - limit;
-  constexpr std::uint64_t end = std::uint64_t{1} << (12 + 22);  // 2**-30 of r
-  const bool at_end = (bits << 12) + end < 2 * end;
-  if (at_end || fabs(distance) < limit * 0x1p-20 || !rounds_to_nearest(r)) return heron<double>(x);
-  const std::uint64_t to_neighbour = (bits & 1) & (distance > 0.0);
-  return std::bit_cast<double>(excess > 0.0 ? bits + to_neighbour : bits - to_neighbour);
+/// to units with ties to even: r itself where it is even or |s - r| less than a quarter of a unit,
+/// else its neighbour on the side of s. s - r is (x - r**2) / 2 r; in units of the last place of r
+/// the numerator is an integer below 2**54, told by the low 64 bits of the square. The steps decide
+/// what lies within 2**-19 of a quarter, or at the end of a binade: one operand in 2**19.
+[[gnu::always_inline]] inline bool quick_root(const double& x, double& result) {
+  if (!has_ordinary_root(x)) return false;
+  const double root = fsqrt(x);
+  const auto bits = std::bit_cast<std::uint64_t>(root),
+             square_bits = std::bit_cast<std::uint64_t>(x);
+  const std::uint64_t fraction = bits << 12, r = fraction >> 12 | std::uint64_t{1} << 52;
+  const bool even_exponent = (square_bits >> 52 & 1) != 0;
+  const std::uint64_t square = square_bits << 52;
+  const auto excess = static_cast<std::int64_t>((even_exponent ? square : square + square) - r * r);
+  const auto sign = static_cast<std::uint64_t>(excess >> 63);
+  const std::uint64_t distance = ((static_cast<std::uint64_t>(excess) ^ sign) - sign) - (r >> 1);
+  const bool near_a_quarter = (distance + (std::uint64_t{1} << 33)) >> 34 == 0;
+  const bool at_end = (fraction + (std::uint64_t{1} << 34)) >> 35 == 0;  // 2**-30 of r
+  if (near_a_quarter || at_end || !rounds_to_nearest(root)) return false;
+  const bool to_neighbour = (bits & ~(distance >> 63) & 1) != 0;
+  result = std::bit_cast<double>(to_neighbour ? bits + (sign | 1) : bits);
+  return true;
 }
 #endif
 
@@ -133,5 +147,28 @@ template <class V>
   }
   return load_image<float, V>(stored_image<float>(y) + (static_cast<std::uint32_t>(n / 2) << 23));
 }
+
+#if defined(__x86_64__)
+/// The same by the processor's root where neither a midpoint nor a number of 24 bits lies between
+/// it and the steps' end, so that both round alike in every mode; the steps end at most 2 units of
+/// 53 bits below it. The sum with 1.5 2**28 rounds what lies in [0.5, 1] to 24 bits.
+[[gnu::always_inline]] inline bool quick_root(const float& x, float& result) {
+  constexpr std::uint32_t half_unit = 1 << 28, below = 4, above = (1 << 22) + 4;
+  if (!has_ordinary_root(x)) return false;
+  const auto bits = image(x);
+  const std::uint64_t fraction = std::uint64_t{bits} << 41 >> 12;
+  const double root = fsqrt(std::bit_cast<double>(fraction | std::uint64_t{1022} << 52));
+  const auto rest = static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(root));
+  if (((rest + above) & (half_unit - 1)) < above + below) return false;
+  const double y = sse_operations::held(root + 0x1.8p28) - 0x1.8p28;
+  // Half of the exponent goes into the factor: 1 or the root of 1/2.
+  static constexpr double factors[2] = {0x1p-63, 0x1.6a09e667f3bcdp-64};
+  const std::uint32_t exponent = bits >> 23;
+  const auto factor = std::bit_cast<std::uint64_t>(factors[exponent & 1]);
+  const auto half = static_cast<std::uint64_t>((exponent + 1) / 2) << 52;
+  result = static_cast<float>(y * std::bit_cast<double>(factor + half));
+  return true;
+}
+#endif
 
 }  // namespace zrt::real
