@@ -6,7 +6,7 @@
 #define ZORVIKRT_FUNCTIONS_HPP
 
 #include <cmath>
-#include <zorvikrt/arithmetic.hpp>
+#include <zorvikrt/limits.hpp>  // before a call of isnan looks at it in libc++
 
 namespace zorvikrt {
 

@@ -82,13 +82,8 @@ TEST(Packages, BoostIntegratesAndFindsRoots) {
 TEST(Packages, FmtTakesReplacementFields) {
   const real16 x = 0.1_r16, half = -0.5;
   const complex32 z(1, 2);
-  EXPECT_EQ(fmt::format("{} {:.5f} {:.3}", x, x, 2 * x / 3), "0.1 0.10000 0.0667");
-  EXPECT_EQ(fmt::format("{:*^+12.4f}|{:012.3e}|{: .3G}|{:<6}|{:>6}", x, half, x, half, half),
-            "**+0.1000***|-005.000e-01| 0.1|-0.5  |  -0.5");
-  EXPECT_EQ(fmt::format("{:>{}.{}f} {:{}.{}}", x, 8, 3, x, 5, 2), "   0.100   0.1");
-  EXPECT_EQ(fmt::format("{0:{2}} {1:.1f} {1}", x, z, 4), " 0.1 (1.0,2.0) (1,2)");
-  EXPECT_EQ(fmt::format("{:\u00e4>5} {:06}", x, std::numeric_limits<real16>::infinity()),
-            "\u00e4\u00e40.1    inf");
-  for (const char* wrong : {"{:.}", "{:q}", "{:.3x}", "{:999999999}", "{:.{}}"})
-    EXPECT_THROW((void)fmt::format(fmt::runtime(wrong), x, "text"), fmt::format_error) << wrong;
+#define WRITTEN(wanted, ...) EXPECT_EQ(fmt::format(__VA_ARGS__), wanted);
+#define REFUSED(wrong) \
+  EXPECT_THROW((void)fmt::format(fmt::runtime(wrong), x, "text"), fmt::format_error) << wrong;
+#include "format_cases.inc"
 }
