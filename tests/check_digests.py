@@ -5,8 +5,8 @@ usage: check_digests.py REFERENCE OUTPUT SOURCE_DIRECTORY [OTHER_OUTPUT ...] -- 
        check_digests.py --renew REFERENCE -- PROGRAM [ARGUMENT ...]
 
 A reference has sections. Entries under [arithmetic] give the same on every processor; those under
-[MAKER FAMILY] use its fsin, fcos, fptan, fpatan, fyl2x or f2xm1, whose last bits are the maker's. On another
-processor these are held against OTHER_OUTPUT alone, what other builds wrote from the same sources.
+[MAKER FAMILY] or [MAKER FAMILY MODEL] use its fsin, fcos, fptan, fpatan, fyl2x or f2xm1, whose last bits are the
+maker's. On another processor these are held against OTHER_OUTPUT alone, what other builds wrote from the same sources.
 `zorvikrt_digest --trace ENTRY` shows the calls behind a digest.
 """
 import hashlib
@@ -21,9 +21,9 @@ USAGE = __doc__.split("\n\n")[1]
 
 
 def processor():
-    """Maker and family, as /proc/cpuinfo names them."""
+    """Maker, family and model, as /proc/cpuinfo names them."""
     text = Path("/proc/cpuinfo").read_text(encoding="ascii", errors="replace")
-    found = [re.search(rf"^{key}\s*: (\S+)", text, re.M) for key in ("vendor_id", "cpu family")]
+    found = [re.search(rf"^{key}\s*: (\S+)", text, re.M) for key in ("vendor_id", "cpu family", "model")]
     return " ".join(match[1] if match else "unknown" for match in found)
 
 
@@ -50,6 +50,11 @@ def read(lines):
     return sections
 
 
+def section_of(sections, here):
+    """The name of the processor's section, or `here` where there is none."""
+    return next((name for name in sections if f"{here} ".startswith(name + " ")), here)
+
+
 def differences(mine, theirs):
     """One line for each name, with the first column that differs; the columns that both have count."""
     faults = []
@@ -73,7 +78,7 @@ def check(reference, output, source, others, lines):
     sources, here = fingerprint(source), processor()
     output.write_text("\n".join([sources] + lines) + "\n", encoding="utf-8")
     sections = read(reference.read_text(encoding="utf-8").splitlines())
-    expected = {**sections.pop("arithmetic"), **sections.get(here, {})}
+    expected = {**sections.pop("arithmetic"), **sections.get(section_of(sections, here), {})}
     elsewhere = {name for section in sections.values() for name in section} - expected.keys()
     failed = report(differences({name: mine[name] for name in mine if name not in elsewhere}, expected), reference)
     if elsewhere:
@@ -96,7 +101,8 @@ def renew(reference, lines):
         sys.exit("check_digests: only a 32-bit program has all columns")
     text = reference.read_text(encoding="utf-8")
     head = [line for line in text.splitlines() if line.startswith("#")]
-    sections, here = read(text.splitlines()), processor()
+    sections = read(text.splitlines())
+    here = section_of(sections, processor())
     mine = read(lines)["arithmetic"]
     apart = {name for section in sections if section != "arithmetic" for name in sections[section]}
     arithmetic = {name: mine[name] for name in mine if name not in apart}

@@ -10,6 +10,12 @@ from pathlib import Path
 
 
 def main(checker):
+    sys.dont_write_bytecode = True
+    sys.path.insert(0, str(Path(checker).parent))
+    from check_digests import section_of
+    for here, section in (("A 6 20", "A 6 20"), ("A 26 2", "A 26"), ("A 6 7", "A 6 7")):
+        assert section_of(["arithmetic", "A 6 2", "A 6 20", "A 26"], here) == section, here
+
     with tempfile.TemporaryDirectory() as folder:
         source = Path(folder)
         (source / "src").mkdir()
