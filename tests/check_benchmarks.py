@@ -63,7 +63,7 @@ refused(command + ["--filter", "no such row"], "no row contains")
 refused(command + ["--fast"], "unknown argument")
 refused(command + ["--against", "nowhere.so"], "nowhere.so")
 
-current = run(tables + ["page", "--check", str(source / "docs/benchmarks.md")])
+current = run(tables + ["page", "--check", str(source / "docs/benchmarks.md"), str(source / "README.md")])
 if current.returncode != 0:
     faults.append(current.stderr)
 

@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 """Results of zorvikrt_bench as tables.
 
-    benchmarks.py page [--check] PAGE           renews the tables of the page from the files beside it, or
-                                                tells whether they are current
+    benchmarks.py page [--check] PAGE...        renews the tables of the pages, or tells whether they are current
     benchmarks.py compare [--beyond PERCENT] OLD NEW
                                                 every row that changed by more than PERCENT (3), worst first
 
 A table stands in the page between '<!-- rows GROUP of MACHINE -->' and '<!-- end -->', where GROUP is a
 room of the list of exports, or several joined by '+', and MACHINE the stem of its files: MACHINE-BUILD.json
-in the folder that has the page's name.
+in the folder that has the page's name, or in docs/benchmarks. Between '<!-- means of MACHINE -->' and the
+end stand the geometric means over all of a type.
 """
 
 import argparse
@@ -81,11 +81,15 @@ def columns_of(run, entries):
     return columns
 
 
-def table(group, machine, folder, rooms):
+def runs_of(machine, folder):
     files = sorted(folder.glob(f"{machine}-linux-*.json"))
     if not files:
         fail(f"there is no {folder}/{machine}-linux-*.json")
-    runs = [read(path) for path in files]
+    return [read(path) for path in files]
+
+
+def entries_of(group, runs, rooms):
+    """The entries of the rooms that have a peer, in the order of the list."""
     wanted = set(group.split("+"))
     if unknown := wanted - set(rooms.values()):
         fail(f"no room {', '.join(sorted(unknown))} in the list of exports")
@@ -97,7 +101,24 @@ def table(group, machine, folder, rooms):
 
     entries = {entry for run in runs for entry, subject in run["rows"]
                if not subject.startswith(OWN) and subject != CHAIN and rooms.get(entry.split(" ")[0]) in wanted}
-    entries = sorted(entries, key=place)
+    return sorted(entries, key=place)
+
+
+def means(machine, folder, rooms):
+    runs = runs_of(machine, folder)
+    lines = [f"| times as fast, on {runs[0]['processor']} | " + " | ".join(r["build"].split("-", 1)[1] for r in runs) + " |",
+             "|---|" + "---|" * len(runs)]
+    for group, peer, title in (("quad+cquad", "libquadmath", "REAL\\*16 and COMPLEX\\*32"),
+                               ("real+complex", "libm", "REAL\\*4, REAL\\*8 and COMPLEX")):
+        entries = entries_of(group, runs, rooms)
+        found = [{heading: mean for heading, _, mean in columns_of(run, entries)}.get(peer) for run in runs]
+        lines.append(f"| {title}, as {peer} | " + " | ".join(f"{mean:.1f}" for mean in found) + " |")
+    return "\n".join(lines)
+
+
+def table(group, machine, folder, rooms):
+    runs = runs_of(machine, folder)
+    entries = entries_of(group, runs, rooms)
     columns = [column for run in runs for column in columns_of(run, entries)]
     versions = ", ".join(dict.fromkeys(f"version {run['version']}" for run in runs))
     processor = f"{runs[0]['processor']} ({runs[0]['maker']}, family {runs[0]['family']}, model {runs[0]['model']})"
@@ -108,9 +129,9 @@ def table(group, machine, folder, rooms):
         stem, _, rest = entry.partition(" ")
         cells = " | ".join(texts.get(entry, "") for _, texts, _ in columns)
         lines.append(f"| `{stem}`{' ' + rest if rest else ''} | {cells} |")
-    means = " | ".join("" if mean is None else f"{mean:.2f}" for _, _, mean in columns)
-    if means.strip(" |"):
-        lines.append(f"| geometric mean | {means} |")
+    last = " | ".join("" if mean is None else f"{mean:.2f}" for _, _, mean in columns)
+    if last.strip(" |"):
+        lines.append(f"| geometric mean | {last} |")
     return "\n".join(lines)
 
 
@@ -120,12 +141,18 @@ def page(path, check):
         text = path.read_text()
     except OSError as error:
         fail(f"cannot read {path}: {error.strerror}")
-    exports = pathlib.Path(__file__).resolve().parent.parent / "src/frame/exports.list"
-    rooms, folder = rooms_of_entries(exports), path.with_suffix("")
-    pattern = re.compile(r"(<!-- rows (\S+) of (\S+) -->\n).*?(<!-- end -->)", re.S)
+    root = pathlib.Path(__file__).resolve().parent.parent
+    rooms, folder = rooms_of_entries(root / "src/frame/exports.list"), path.with_suffix("")
+    if not folder.is_dir():
+        folder = root / "docs/benchmarks"
+    pattern = re.compile(r"(<!-- (?:rows (\S+)|means) of (\S+) -->\n).*?(<!-- end -->)", re.S)
     if not pattern.search(text):
         fail(f"{path} has no table to renew")
-    renewed = pattern.sub(lambda m: f"{m[1]}{table(m[2], m[3], folder, rooms)}\n{m[4]}", text)
+
+    def made(match):
+        return table(match[2], match[3], folder, rooms) if match[2] else means(match[3], folder, rooms)
+
+    renewed = pattern.sub(lambda m: f"{m[1]}{made(m)}\n{m[4]}", text)
     if not check:
         path.write_text(renewed)
     elif renewed != text:
@@ -157,16 +184,17 @@ def compare(old_path, new_path, beyond):
 def main():
     parser = argparse.ArgumentParser(description="Results of zorvikrt_bench as tables.")
     commands = parser.add_subparsers(dest="command", required=True)
-    making = commands.add_parser("page", help="renew the tables of a page")
+    making = commands.add_parser("page", help="renew the tables of pages")
     making.add_argument("--check", action="store_true")
-    making.add_argument("page")
+    making.add_argument("pages", nargs="+")
     comparing = commands.add_parser("compare", help="two results of one machine")
     comparing.add_argument("--beyond", type=float, default=3.0, metavar="PERCENT")
     comparing.add_argument("old")
     comparing.add_argument("new")
     chosen = parser.parse_args()
     if chosen.command == "page":
-        page(chosen.page, chosen.check)
+        for path in chosen.pages:
+            page(path, chosen.check)
     else:
         compare(chosen.old, chosen.new, chosen.beyond)
 
