@@ -43,15 +43,43 @@ find_target() {
   tools=$library/zorvikrt/gfortran
 }
 
-compile_flags() {
-  printf '%s' "-B$tools/"
-  # A processor without sqrt, rint and trigonometry of its own: gfortran calls them.
-  [ "$triplet" = x86_64-linux-gnu ] || printf '%s' " -march=i486 -mno-fancy-math-387"
+# A folder that lasts as long as the command.
+scratch=
+make_scratch() {
+  [ -z "$scratch" ] || return 0
+  scratch=$(mktemp -d) || exit 2
+  trap 'rm -rf "$scratch"' EXIT
 }
 
-link_flags() {
-  printf '%s' "-L$library -Wl,-u,zorvikrt_gfortran_start -lzorvikrt_gfortran -Wl,--push-state,--as-needed -lzorvikrt -Wl,--pop-state"
-  [ "$prefix" = /usr ] || printf '%s' " -Wl,-rpath,$library"
+# gfortran splits the name of the file that it reads first, which lies in $tools, at blanks.
+name_tools_without_blanks() {
+  case $tools in *[[:space:]]*) ;; *) return 0 ;; esac
+  make_scratch
+  ln -s "$tools" "$scratch/tools"
+  tools=$scratch/tools
+}
+
+# Runs $action with the flags of `compile` before the arguments, of `link` behind, or of both.
+with_flags() {
+  steps=$1
+  shift
+  case $steps in
+    *link*)
+      set -- "$@" "-L$library" -Wl,-u,zorvikrt_gfortran_start -lzorvikrt_gfortran \
+        -Wl,--push-state,--as-needed -lzorvikrt -Wl,--pop-state
+      [ "$prefix" = /usr ] || set -- "$@" "-Wl,-rpath,$library" ;;
+  esac
+  case $steps in
+    *compile*)
+      # A processor without sqrt, rint and trigonometry of its own: gfortran calls them.
+      [ "$triplet" = x86_64-linux-gnu ] || set -- -march=i486 -mno-fancy-math-387 "$@"
+      set -- "-B$tools/" "$@" ;;
+  esac
+  "$action" "$@"
+}
+
+print_words() {
+  echo "$*"
 }
 
 find_compiler() {
@@ -85,18 +113,18 @@ build() {
       -static) fail "-static: libzorvikrt is a shared library; -static-libgfortran works" ;;
     esac
   done
-  # shellcheck disable=SC2046
+  name_tools_without_blanks
+  action=$compiler
   if [ $links = yes ]; then
     check_version
-    "$compiler" $(compile_flags) "$@" $(link_flags)
+    with_flags compile+link "$@"
   else
-    "$compiler" $(compile_flags) "$@"
+    with_flags compile "$@"
   fi
 }
 
 compare() {
-  folder=$(mktemp -d)
-  trap 'rm -rf "$folder"' EXIT
+  make_scratch
   count=0
   for argument in "$@"; do
     [ "$argument" != -- ] || break
@@ -104,21 +132,21 @@ compare() {
   done
   # The two halves of "$@", before and behind --.
   compile_both() {
-    "$compiler" "$@" -o "$folder/plain" && build "$@" -o "$folder/ours"
+    "$compiler" "$@" -o "$scratch/plain" && build "$@" -o "$scratch/ours"
   }
   behind=$((count + 1))
   eval "compile_both $(seq -f '"${%g}"' 1 "$count" | tr '\n' ' ')" || exit 1
-  [ -t 0 ] && : >"$folder/input" || cat >"$folder/input"
+  [ -t 0 ] && : >"$scratch/input" || cat >"$scratch/input"
   run() {
     [ $# -lt "$behind" ] && shift $# || shift "$behind"
-    "$program" "$@" <"$folder/input" >"$program.out" 2>&1
+    "$program" "$@" <"$scratch/input" >"$program.out" 2>&1
     echo "exit status $?" >>"$program.out"
   }
-  program=$folder/plain; run "$@"
-  program=$folder/ours; run "$@"
+  program=$scratch/plain; run "$@"
+  program=$scratch/ours; run "$@"
   colour=never
   [ -t 1 ] && colour=always
-  if diff -U0 --color=$colour --label "gfortran" --label "zorvikrt-gfortran" "$folder/plain.out" "$folder/ours.out"; then
+  if diff -U0 --color=$colour --label "gfortran" --label "zorvikrt-gfortran" "$scratch/plain.out" "$scratch/ours.out"; then
     echo "no line of the output differs"
   fi
 }
@@ -137,8 +165,9 @@ case ${1-} in
     done
     [ -n "$what" ] || fail "--print-flags takes compile or link"
     find_target "$@"
-    "${what}_flags"
-    echo ;;
+    case $library in *[[:space:]]*) fail "'$library' has a blank: a build system cannot take it into its flags" ;; esac
+    action=print_words
+    with_flags "$what" ;;
   --compare)
     shift
     has_input "$@" || fail "--compare takes what gfortran would take: zorvikrt-gfortran --compare -O2 prog.f"

@@ -8,6 +8,7 @@ is named.
 """
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -188,6 +189,18 @@ class Legacy:
         self.run(["gfortran", *self.bits, "-O2", "probe.f90", "-o", "probe", *flags["link"]])
         loop = re.match(r"loop (\d+)", self.run(["./probe"])[1])
         self.expect("the plain compiler's sines differ", loop and int(loop[1]) > 0)
+
+    def check_blanks(self):
+        """From a folder with blanks in its name: gfortran itself would split it."""
+        shutil.copytree(self.folder / "prefix", self.folder / "with a blank", symlinks=True)
+        moved = str(self.folder / "with a blank/bin/zorvikrt-gfortran")
+        self.write("probe.f90", PROBE)
+        code, _, errors = self.run([moved, *self.bits, "-O2", "probe.f90", "-o", "my probe"])
+        self.expect("a prefix with blanks", self.run(["./my probe"])[1] == "loop 0\nargument 0\n", errors)
+        code, output, errors = self.run([moved, "--compare", *self.bits, "-O2", "my probe.f90"])
+        self.expect("--compare of no file", code != 0 and "my probe.f90" in errors, errors)
+        code, _, errors = self.run([moved, "--print-flags", *self.bits, "link"])
+        self.expect("--print-flags with blanks", code == 2 and "has a blank" in errors, errors)
 
     def check_state(self):
         """Subnormal numbers are computed, written and read, in threads too; a program without intrinsics does not
