@@ -21,8 +21,11 @@ namespace {
 inline __float128 exp(__float128 x) { return expq(x); }
 inline __float128 log(__float128 x) { return logq(x); }
 inline __float128 sin(__float128 x) { return sinq(x); }
+inline __float128 tan(__float128 x) { return tanq(x); }
+inline __float128 atan(__float128 x) { return atanq(x); }
 
 using quad = zorvikrt_quad;
+using cquad = zorvikrt_cquad;
 
 template <class T>
 std::vector<T> drawn(std::size_t n) {
@@ -36,6 +39,13 @@ template <>
 std::vector<quad> drawn<quad>(std::size_t n) {
   std::vector<quad> values;
   for (const double x : drawn<double>(n)) values.push_back({x, x * 0x1p-55});
+  return values;
+}
+
+template <>
+std::vector<cquad> drawn<cquad>(std::size_t n) {
+  std::vector<cquad> values;
+  for (const quad& x : drawn<quad>(n)) values.push_back({x, {x.hi / 2, x.lo / 2}});
   return values;
 }
 
@@ -59,6 +69,12 @@ struct loops {
   }
   static void sine(int n, const T* x, const T*, T* r) {
     for (int i = 0; i < n; ++i) r[i] = sin(x[i]);
+  }
+  static void tangent(int n, const T* x, const T*, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = tan(x[i]);
+  }
+  static void arctangent(int n, const T* x, const T*, T* r) {
+    for (int i = 0; i < n; ++i) r[i] = atan(x[i]);
   }
   static void dot(int n, const T* x, const T* y, T* r) {
     T sum = x[0] * y[0];
@@ -102,6 +118,18 @@ struct arrays {
   static void sine(int n, const quad* x, const quad*, quad* r) {
     zorvikrt_array_sinl(n, x, 1, r, 1);
   }
+  static void tangent(int n, const quad* x, const quad*, quad* r) {
+    zorvikrt_array_tanl(n, x, 1, r, 1);
+  }
+  static void arctangent(int n, const quad* x, const quad*, quad* r) {
+    zorvikrt_array_atanl(n, x, 1, r, 1);
+  }
+  static void complex_mul(int n, const cquad* x, const cquad* y, cquad* r) {
+    zorvikrt_array_cqmul(n, x, 1, y, 1, r, 1);
+  }
+  static void complex_div(int n, const cquad* x, const cquad* y, cquad* r) {
+    zorvikrt_array_cqdiv(n, x, 1, y, 1, r, 1);
+  }
   static void dot(int n, const quad* x, const quad* y, quad* r) { zorvikrt_qdot(n, x, 1, y, 1, r); }
   static void axpy(int n, const quad* x, const quad* y, quad* r) {
     __builtin_memcpy(r, y, sizeof *y * static_cast<std::size_t>(n));
@@ -141,6 +169,8 @@ void add_rows(const char* subject) {
   add_row<T>("array_expl_1000", subject, n, n, Routines::exponential);
   add_row<T>("array_logl_1000", subject, n, n, Routines::logarithm);
   add_row<T>("array_sinl_1000", subject, n, n, Routines::sine);
+  add_row<T>("array_tanl_1000", subject, n, n, Routines::tangent);
+  add_row<T>("array_atanl_1000", subject, n, n, Routines::arctangent);
   add_row<T>("qdot_1000", subject, n, n, Routines::dot);
   add_row<T>("qaxpy_1000", subject, n, n, Routines::axpy);
   add_row<T>("qgemm_256", subject, order, order * order, Routines::gemm);
@@ -149,10 +179,15 @@ void add_rows(const char* subject) {
 
 const registered array_rows([] {
   add_rows<quad, arrays>(own);
+  add_row<cquad>("array_cqmul_1000", own, 1000, 1000, arrays::complex_mul);
+  add_row<cquad>("array_cqdiv_1000", own, 1000, 1000, arrays::complex_div);
 #if defined(ZORVIKRT_BENCH_QD)
   add_rows<dd_real, loops<dd_real>>("libqd");
 #endif
   add_rows<__float128, loops<__float128>>("__float128");
+  using peer = loops<__complex128>;
+  add_row<__complex128>("array_cqmul_1000", "__complex128", 1000, 1000, peer::mul);
+  add_row<__complex128>("array_cqdiv_1000", "__complex128", 1000, 1000, peer::div);
 });
 
 }  // namespace

@@ -23,7 +23,7 @@ ELEMENTS = {
     "q": "zorvikrt_quad", "x": "zorvikrt_cquad",
 }
 # Entries that have kernels on lanes.
-KERNELS = {"qadd", "qsub", "qmul", "qdiv", "sqrtl", "expl", "logl", "sinl", "cosl"}
+KERNELS = {"qadd", "qsub", "qmul", "qdiv", "sqrtl", "expl", "logl", "sinl", "cosl", "tanl", "atanl", "cqmul", "cqdiv"}
 NOTE = "Made from src/frame/exports.list by tools/generate_arrays.py; do not edit."
 
 

@@ -44,15 +44,34 @@ struct quotient_of {
   }
   static quad entry(const quad& x, const quad& y) { return scalar::div(x, y); }
 };
-/// A function of one REAL*16 operand: on lanes, and by its entry.
-template <pairs (*function)(const pairs&, doubt&), quad (*by_entry)(const quad&)>
-struct function_of {
-  static ZRT_INLINE pairs lanes(const pairs& x, const pairs&, doubt& check) {
-    const pairs r = function(x, check);
-    check.finite(r);
-    return r;
+/// Smith's method, the larger part of the divisor told by the leading part of a difference.
+struct complex_quotient_of {
+#ifdef ZRT_WIDTH
+  static ZRT_INLINE complex_pairs lanes(const complex_pairs& x, const complex_pairs& y,
+                                        doubt& check) {
+    const words first = (words)(sub(absolute(y.re), absolute(y.im)).hi > 0.0);
+    const pairs large = select(first, y.re, y.im), small = select(first, y.im, y.re);
+    const pairs plain = select(first, x.re, x.im), turned = select(first, x.im, x.re);
+    const pairs r = div(small, large, check);
+    check.factor(small);
+    check.factor(plain);
+    check.factor(turned);
+    check.factor(r);
+    const pairs divisor = add(large, mul(small, r));
+    const pairs product = mul(plain, r);
+    const complex_pairs quotient = {
+        div(add(plain, mul(turned, r)), divisor, check),
+        div(sub(select(first, turned, product), select(first, product, turned)), divisor, check)};
+    check_finite(check, quotient);
+    return quotient;
   }
-  static quad entry(const quad& x, const quad&) { return by_entry(x); }
+#else
+  static complex_pairs lanes(const complex_pairs& x, const complex_pairs& y, doubt&) {
+    const cquad r = scalar::div(cquad{x.re, x.im}, cquad{y.re, y.im});
+    return {r.re, r.im};
+  }
+#endif
+  static cquad entry(const cquad& x, const cquad& y) { return scalar::div(x, y); }
 };
 
 template <class Operation, class T>
@@ -69,9 +88,38 @@ void over_elements(index n, view<T> x, view<T> y, array<T> result) {
       result.at[j * result.step] = Operation::entry(x.at[j * x.step], y.at[j * y.step]);
   }
 }
-template <class Operation>
+/// A function of one REAL*16 operand: on lanes, a group of vectors at once, and by its entry.
+template <several (*function)(const several&, grouped<doubt>&), quad (*by_entry)(const quad&)>
 void over_elements(index n, view<quad> x, array<quad> result) {
-  over_elements<Operation>(n, x, x, result);
+  constexpr index wide = group * width;
+  for (index i = 0; i < n; i += wide) {
+    const index count = least(wide, n - i);
+    quad buffer[wide];  // of elements apart, and at the end, where the last one fills it up
+    const bool together = x.step == 1 && count == wide;
+    if (!together)
+      for (index j = 0; j < wide; ++j) buffer[j] = x.at[(i + least(j, count - 1)) * x.step];
+    const quad* const from = together ? x.at + i : buffer;
+    grouped<doubt> check{};
+    const several r =
+        function(in_group([&](index g) ZRT_ALWAYS { return load(from + g * width); }), check);
+    for_group([&](index g) ZRT_ALWAYS { check.v[g].finite(r.v[g]); });
+    if (any_of(check)) [[unlikely]] {  // these few by the entry
+      quad values[wide], marks[wide];
+      for_group([&](index g) ZRT_ALWAYS {
+        store(values + g * width, r.v[g]);
+        store(marks + g * width, mark_of(check.v[g]));
+      });
+      for (index j = 0; j < count; ++j)
+        result.at[(i + j) * result.step] =
+            __builtin_signbit(marks[j].hi) ? by_entry(x.at[(i + j) * x.step]) : values[j];
+      continue;
+    }
+    const bool all_lie_together = result.step == 1 && count == wide;
+    quad* const to = all_lie_together ? result.at + i : buffer;
+    for_group([&](index g) ZRT_ALWAYS { store(to + g * width, r.v[g]); });
+    if (!all_lie_together)
+      for (index j = 0; j < count; ++j) result.at[(i + j) * result.step] = buffer[j];
+  }
 }
 
 template <class T>

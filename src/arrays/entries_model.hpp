@@ -39,11 +39,33 @@ struct doubt {
 };
 
 ZRT_INLINE pairs div(const pairs& a, const pairs& b, doubt&) { return scalar::div(a, b); }
-ZRT_INLINE pairs root(const pairs& a, doubt&) { return scalar::root(a); }
-ZRT_INLINE pairs exponential(const pairs& a, doubt&) { return scalar::exponential(a); }
-ZRT_INLINE pairs logarithm(const pairs& a, doubt&) { return scalar::logarithm(a); }
-ZRT_INLINE pairs sine(const pairs& a, doubt&) { return scalar::sine(a); }
-ZRT_INLINE pairs cosine(const pairs& a, doubt&) { return scalar::cosine(a); }
+
+inline constexpr index group = 1;
+template <class V>
+struct grouped {
+  V v[group];
+};
+using several = grouped<pairs>;
+template <class Of>
+ZRT_INLINE several in_group(const Of& of) {
+  return {{of(0)}};
+}
+template <class Do>
+ZRT_INLINE void for_group(const Do& once) {
+  once(0);
+}
+ZRT_INLINE bool any_of(const grouped<doubt>&) { return false; }
+ZRT_INLINE pairs mark_of(const doubt&) { return {}; }
+#define ZRT_FUNCTION(name) \
+  ZRT_INLINE several name(const several& x, grouped<doubt>&) { return {{scalar::name(x.v[0])}}; }
+ZRT_FUNCTION(root)
+ZRT_FUNCTION(exponential)
+ZRT_FUNCTION(logarithm)
+ZRT_FUNCTION(sine)
+ZRT_FUNCTION(cosine)
+ZRT_FUNCTION(tangent)
+ZRT_FUNCTION(arctangent)
+#undef ZRT_FUNCTION
 
 inline constexpr index first_parts = 2;
 ZRT_INLINE pairs as_first(const pairs& a) { return a; }

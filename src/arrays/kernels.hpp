@@ -96,7 +96,8 @@ using extreme_kernel = bool (*)(index n, view<quad> x, bool smallest, bool last,
 struct kernels {
   const char* name;
   binary_kernel<quad> qadd, qsub, qmul, qdiv;
-  unary_kernel<quad> sqrtl, expl, logl, sinl, cosl;
+  unary_kernel<quad> sqrtl, expl, logl, sinl, cosl, tanl, atanl;
+  binary_kernel<cquad> cqmul, cqdiv;
   linear_kernels<quad> real;
   linear_kernels<cquad> complex;
   extreme_kernel extreme;

@@ -157,6 +157,44 @@ ZRT_INLINE void store(cquad* p, const complex_pairs& x) {
 ZRT_INLINE pairs broadcast(const quad& x) { return {all(x.hi), all(x.lo)}; }
 ZRT_INLINE pairs negated(const pairs& x) { return {-x.hi, -x.lo}; }
 
+/// With both signs flipped where `mask` has its sign set.
+ZRT_INLINE pairs flipped(const pairs& x, words mask) {
+  const words sign = mask & sign_bit;
+  return {(lanes)((words)x.hi ^ sign), (lanes)((words)x.lo ^ sign)};
+}
+ZRT_INLINE pairs absolute(const pairs& x) { return flipped(x, (words)(x.hi < 0.0)); }
+
+ZRT_INLINE lanes select(words mask, lanes a, lanes b) {
+  return (lanes)(((words)a & mask) | ((words)b & ~mask));
+}
+ZRT_INLINE pairs select(words mask, const pairs& a, const pairs& b) {
+  return {select(mask, a.hi, b.hi), select(mask, a.lo, b.lo)};
+}
+ZRT_INLINE complex_pairs select(words mask, const complex_pairs& a, const complex_pairs& b) {
+  return {select(mask, a.re, b.re), select(mask, a.im, b.im)};
+}
+
+/// Vectors that a function takes side by side, for its steps wait for one another. No loop goes
+/// over them: in one the compiler keeps them in memory.
+inline constexpr index group = 2;
+template <class V>
+struct grouped {
+  V v[group];
+};
+using several = grouped<pairs>;
+template <class Of>
+ZRT_INLINE auto in_group(const Of& of) {
+  return grouped<decltype(of(0))>{{of(0), of(1)}};
+}
+template <class Do>
+ZRT_INLINE void for_group(const Do& once) {
+  once(0);
+  once(1);
+}
+ZRT_INLINE bool any_of(const grouped<words>& mask) { return any_sign(mask.v[0] | mask.v[1]); }
+#define ZRT_EACH(expression) \
+  in_group([&]([[maybe_unused]] index g) ZRT_ALWAYS { return expression; })
+
 // --- Doubt -------------------------------------------------------------------------------------
 
 struct doubt {
@@ -179,7 +217,15 @@ struct doubt {
   }
   ZRT_INLINE void finite(const pairs& x) { sign |= not_finite(x.lo); }
   ZRT_INLINE bool any() const { return any_sign(sign); }
+  /// All ones where nothing is in doubt.
+  ZRT_INLINE words known() const { return (sign >> 63) - 1; }
 };
+
+/// Which elements of a group are in doubt, as signs of their leading parts.
+ZRT_INLINE bool any_of(const grouped<doubt>& check) {
+  return any_sign(check.v[0].sign | check.v[1].sign);
+}
+ZRT_INLINE pairs mark_of(const doubt& check) { return {(lanes)check.sign, lanes{}}; }
 
 // --- Arithmetic --------------------------------------------------------------------------------
 
@@ -193,11 +239,29 @@ ZRT_INLINE pairs add(const pairs& a, const pairs& b) {
   const lanes g = a.hi - s;
   return closing_sum(s, (((b.hi + g) + (a.hi - (g + s))) + a.lo) + b.lo);
 }
+/// a + b where the leading part of b is known not to be the smaller one.
+ZRT_INLINE pairs add_to_larger(const pairs& a, const pairs& b) {
+  const lanes s = a.hi + b.hi;
+  return closing_sum(s, ((a.hi - (s - b.hi)) + a.lo) + b.lo);
+}
 ZRT_INLINE pairs sub(const pairs& a, const pairs& b) {
   const lanes s = a.hi - b.hi;
   const lanes g = a.hi - s;
   return closing_sum(s, (((g - b.hi) + (a.hi - (g + s))) + a.lo) - b.lo);
 }
+
+ZRT_INLINE pairs add(const pairs& a, double d) {
+  const lanes s = a.hi + d;
+  const lanes g = a.hi - s;
+  return closing_sum(s, ((d + g) + (a.hi - (g + s))) + a.lo);
+}
+ZRT_INLINE pairs sub(const pairs& a, lanes d) {
+  const lanes s = a.hi - d;
+  const lanes g = a.hi - s;
+  return closing_sum(s, ((g - d) + (a.hi - (g + s))) + a.lo);
+}
+/// By a power of two that keeps both parts normal.
+ZRT_INLINE pairs scaled_by(const pairs& a, double power) { return {a.hi * power, a.lo * power}; }
 
 #ifdef ZRT_FUSED
 
@@ -299,6 +363,51 @@ ZRT_INLINE pairs mul_beside_sums(const first_factor& a, const second_factor& b) 
   return {hi, plus(plus(p, -hi), t)};
 }
 ZRT_INLINE pairs mul(const pairs& a, const pairs& b) { return mul(as_first(a), as_second(b)); }
+
+ZRT_INLINE pairs mul_by_short(const pairs& a, double d) {
+  const lanes p = a.hi * d;
+  return closing_sum(p, a.lo * d + product_error(cut_of(a.hi), cut_of(all(d)), p));
+}
+
+/// a / d, rounded, for a whole number d from 1 to last_divisor and an a that is zero or 2**-900 or
+/// more. With fused operations from q = a (1/d) by its exact remainder: what is then rounded
+/// differs from a / d by 2**-51 of a unit, and no quotient comes that close to a half of one, from
+/// which it is a unit over 2 d away or more.
+inline constexpr int last_divisor = 23;
+ZRT_INLINE lanes rounded_quotient(lanes a, int d) {
+#ifdef ZRT_FUSED
+  constexpr double reciprocals[last_divisor + 1] = {
+      0,
+      1,
+      0.5,
+      0x1.5555555555555p-2,
+      0.25,
+      0x1.999999999999ap-3,
+      0x1.5555555555555p-3,
+      0x1.2492492492492p-3,
+      0.125,
+      0x1.c71c71c71c71cp-4,
+      0x1.999999999999ap-4,
+      0x1.745d1745d1746p-4,
+      0x1.5555555555555p-4,
+      0x1.3b13b13b13b14p-4,
+      0x1.2492492492492p-4,
+      0x1.1111111111111p-4,
+      0.0625,
+      0x1.e1e1e1e1e1e1ep-5,
+      0x1.c71c71c71c71cp-5,
+      0x1.af286bca1af28p-5,
+      0x1.999999999999ap-5,
+      0x1.8618618618618p-5,
+      0x1.745d1745d1746p-5,
+      0x1.642c8590b2164p-5,
+  };
+  const lanes reciprocal = all(reciprocals[d]), q = a * reciprocal;
+  return fused(fused(-q, all(d), a), reciprocal, q);
+#else
+  return a / all(d);
+#endif
+}
 
 ZRT_INLINE pairs div(const pairs& a, const pairs& b, doubt& check) {
   const lanes q = a.hi / b.hi;

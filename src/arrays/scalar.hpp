@@ -7,7 +7,8 @@
 namespace zrt::arrays::ZRT_LEVEL {
 namespace {
 
-#define ZRT_INLINE inline __attribute__((always_inline))
+#define ZRT_ALWAYS __attribute__((always_inline))
+#define ZRT_INLINE inline ZRT_ALWAYS
 
 namespace scalar {
 
@@ -54,6 +55,16 @@ ZRT_INLINE quad sine(const quad& a) {
 ZRT_INLINE quad cosine(const quad& a) {
   quad r;
   __zorvik_cosl(&r, a);
+  return r;
+}
+ZRT_INLINE quad tangent(const quad& a) {
+  quad r;
+  __zorvik_tanl(&r, a);
+  return r;
+}
+ZRT_INLINE quad arctangent(const quad& a) {
+  quad r;
+  __zorvik_atanl(&r, a);
   return r;
 }
 ZRT_INLINE quad negated(const quad& a) {
