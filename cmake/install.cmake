@@ -49,10 +49,12 @@ if(ZORVIKRT_TOOLS)
   if(NOT WIN32)
     install(FILES explorer/zorvikrt-eval.bash RENAME zorvikrt-eval
       DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tools)
+    install(PROGRAMS tools/promote_real8.py RENAME zorvikrt-promote
+      DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tools)
   endif()
   set(pages zorvikrt-eval.1)
   if(NOT WIN32)
-    list(APPEND pages zorvikrt-gfortran.1)
+    list(APPEND pages zorvikrt-gfortran.1 zorvikrt-promote.1)
   endif()
   foreach(page IN LISTS pages)
     compressed("docs/man/${page}" "${generated}/${page}.gz")

@@ -57,10 +57,10 @@ set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME zorvikrt-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS
-    "libzorvikrt1 (= ${revision}), ${c_library}, libstdc++6 (>= ${compiler}), libgcc-s1 (>= 4.2)")
+    "libzorvikrt1 (= ${revision}), ${c_library}, libstdc++6 (>= ${compiler}), libgcc-s1 (>= 4.2), python3:any")
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS "bash-completion, gfortran, libmpc3, libmpfr6, libquadmath0")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
-    "The command zorvikrt-eval calls any entry and shows its result to the last\nbit; zorvikrt-gfortran compiles programs with these functions.")
+    "The command zorvikrt-eval calls any entry and shows its result to the last\nbit; zorvikrt-gfortran compiles programs with these functions; zorvikrt-promote\nturns sources in REAL*8 into REAL*16.")
 
 # What Debian wants beside the files. Only a folder of the architecture lets two architectures live together.
 foreach(component IN ITEMS runtime development tools)

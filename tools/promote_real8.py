@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Turns a Fortran source in REAL*8 into one in REAL*16 by its declarations and constants alone.
 
-usage: promote_real8.py SOURCE OUTPUT
+usage: zorvikrt-promote SOURCE OUTPUT
 
 Fixed form by the suffix .f or .for, else free form. What changes:
 
@@ -121,15 +121,19 @@ class Source:
 
 
 def main(arguments):
+    if arguments in (["--help"], ["-h"]):
+        print(__doc__.strip())
+        return
     if len(arguments) != 2:
-        sys.exit("usage: promote_real8.py SOURCE OUTPUT")
+        print("zorvikrt-promote: SOURCE and OUTPUT are wanted; --help tells the rest", file=sys.stderr)
+        sys.exit(2)
     path = Path(arguments[0])
     try:
         source = Source(path.read_text(encoding="utf-8"), path.suffix.lower() in (".f", ".for"))
         text = source.promoted()
         Path(arguments[1]).write_text(text, encoding="utf-8")
     except (Fault, OSError, UnicodeDecodeError) as error:
-        sys.exit(f"promote_real8: {error}")
+        sys.exit(f"zorvikrt-promote: {error}")
     print(f"{path.name}: {source.declarations} declarations, {source.constants} constants")
 
 

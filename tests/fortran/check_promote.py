@@ -27,7 +27,7 @@ def main(promote, rows_path):
         if made != wanted:
             faults.append(f"{form} form gives\n" + "\n".join(made) + "\nnot\n" + "\n".join(wanted))
     for kind, before, after in rows:
-        if kind == "error" and (said := run([before], ".f90")) != f"promote_real8: {after}, which REAL*16 can only be in a statement":
+        if kind == "error" and (said := run([before], ".f90")) != f"zorvikrt-promote: {after}, which REAL*16 can only be in a statement":
             faults.append(f"{before} gives {said}")
     print("\n".join(faults) or f"{len(rows)} rows")
     return 1 if faults else 0

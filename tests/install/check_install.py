@@ -117,11 +117,15 @@ class Check:
             raise Fault(f"{library} is of machine {machine_of(library)}")
         return root / "usr"
 
-    def run_tool(self, root):
-        """zorvikrt-eval finds the library beside it by itself."""
+    def run_tools(self, root):
+        """zorvikrt-eval finds the library beside it by itself; every command starts and has its page."""
         printed = run([root / "bin" / "zorvikrt-eval", "dsin", "0.5"], {"LC_ALL": "C"})
         if "0x3FDEAEE8744B05F0" not in printed:
             raise Fault(f"zorvikrt-eval dsin 0.5 prints {printed}")
+        for command in (root / "bin").iterdir():
+            if not (root / "share" / "man" / "man1" / f"{command.name}.1.gz").exists():
+                raise Fault(f"{command.name} has no manual page")
+            run([command, "--help"])
 
     def is_meant(self, section):
         return (section == "32-bit programs") == (self.architecture == "i386")
@@ -176,12 +180,12 @@ def main(arguments):
         try:
             check = Check(Path(arguments[0]), Path(arguments[1]), *arguments[2:], Path(folder))
             root = check.installed()
-            check.run_tool(root)
+            check.run_tools(root)
             commands = check.run_page(root, "page_installed")
             if check.architecture == "amd64":
                 check.run_parent()
             root = check.unpacked()
-            check.run_tool(root)
+            check.run_tools(root)
             commands += check.run_page(root, "page_unpacked")
         except Fault as fault:
             sys.exit(f"check_install: {fault}")
