@@ -22,6 +22,11 @@ inline complex32 conj(const complex32& z) { return {z.re, -z.im}; }
 inline real16 abs(const complex32& z) { return detail::real(__zorvik_cabsl, z); }
 /** re**2 + im**2. */
 inline real16 norm(const complex32& z) { return z.re * z.re + z.im * z.im; }
+/** z, or the one infinity on the real axis for a z with an infinite part. */
+inline complex32 proj(const complex32& z) {
+  if (!isinf(z.re) && !isinf(z.im)) return z;
+  return {std::numeric_limits<real16>::infinity(), copysign(real16(0.0), z.im)};
+}
 /** From modulus and angle. */
 inline complex32 polar(const real16& modulus, const real16& angle) {
   return {modulus * cos(angle), modulus * sin(angle)};

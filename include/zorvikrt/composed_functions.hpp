@@ -232,16 +232,28 @@ inline real16 modf(const real16& x, real16* whole) {
 }
 
 /** x - n y for the whole number n nearest to x / y, ties to even, as long as n has at most 100
- *  bits. */
-inline real16 remainder(const real16& x, const real16& y) {
+ *  bits; in *quotient the last 30 bits of n, with its sign. */
+inline real16 remquo(const real16& x, const real16& y, int* quotient) {
+  *quotient = 0;
   if (isnan(x) || isnan(y) || isinf(x) || !y) return detail::invalid;
   if (isinf(y)) return x;
-  real16 rest = fma(-rint(x / y), y, x);
+  real16 n = rint(x / y), rest = fma(-n, y, x);
   // The rounded quotient may lie on the other side of a half.
-  const real16 half = abs(y) * 0.5;
-  if (rest > half) rest -= abs(y);
-  if (rest < -half) rest += abs(y);
+  const real16 size = abs(y), half = size * 0.5, one = copysign(real16(1.0), y);
+  if (rest > half) {
+    rest -= size;
+    n += one;
+  }
+  if (rest < -half) {
+    rest += size;
+    n -= one;
+  }
+  *quotient = static_cast<int>(fmod(n, real16(0x1p30)));
   return rest;
+}
+inline real16 remainder(const real16& x, const real16& y) {
+  int quotient;
+  return remquo(x, y, &quotient);
 }
 
 /** The smaller and the larger; the other operand, if one is a NaN. */

@@ -161,6 +161,13 @@ constexpr int fpclassify(const real16& x) {
 }
 constexpr bool isunordered(const real16& a, const real16& b) { return isnan(a) || isnan(b); }
 
+/** The relations by their names in <cmath>. */
+constexpr bool isless(const real16& a, const real16& b) { return a < b; }
+constexpr bool islessequal(const real16& a, const real16& b) { return a <= b; }
+constexpr bool isgreater(const real16& a, const real16& b) { return a > b; }
+constexpr bool isgreaterequal(const real16& a, const real16& b) { return a >= b; }
+constexpr bool islessgreater(const real16& a, const real16& b) { return a < b || a > b; }
+
 }  // namespace zorvikrt
 
 #endif

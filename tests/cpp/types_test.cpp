@@ -46,6 +46,8 @@ constexpr auto mixed = table_of(
     [](const real16& a, const real16& b) { return 2 * a - b * 0.1 + std::int64_t{1} / a; });
 
 static_assert(operands[1] < operands[0] && operands[2] == operands[2] && real16(2, -1) == 1);
+static_assert(isless(operands[0], operands[1]) == (operands[0] < operands[1]) &&
+              !islessgreater(operands[0], operands[0]) && isgreater(real16(2), real16(1)));
 static_assert(!isnan(operands[0]) && isinf(std::numeric_limits<real16>::infinity()));
 static_assert((operands[0] <=> operands[1]) == std::partial_ordering::greater);
 constexpr complex32 square = complex32(1, 2) * complex32(1, 2);
@@ -150,5 +152,9 @@ TEST(CppComplex, Identities) {
                 double_near(acosh(z), std::acosh(w)) && double_near(atanh(z), std::atanh(w)))
         << z;
   }
+  EXPECT_FALSE(isgreaterequal(std::numeric_limits<real16>::quiet_NaN(), real16(1)));
+  const complex32 infinite = proj(complex32(1, -std::numeric_limits<real16>::infinity()));
+  EXPECT_TRUE(isinf(infinite.re) && signbit(infinite.im) &&
+              proj(complex32(1, 2)) == complex32(1, 2));
   EXPECT_TRUE(near(tan(complex32(0.5, 300)), {0, 1}) && near(tanh(complex32(-300, 0.5)), -1));
 }

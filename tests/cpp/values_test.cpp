@@ -57,6 +57,12 @@ const std::map<std::string, function> functions = {
     {"atanh", one(zorvikrt::atanh)},
     {"rint", one(zorvikrt::rint)},
     {"remainder", two(zorvikrt::remainder)},
+    {"remquo_quotient",
+     [](const operands& x) {
+       int quotient;
+       remquo(x.at(0), x.at(1), &quotient);
+       return real16(quotient);
+     }},
     {"fmin", two(zorvikrt::fmin)},
     {"fmax", two(zorvikrt::fmax)},
     {"nextafter", two(zorvikrt::nextafter)},
