@@ -34,7 +34,8 @@ What `use zorvikrt` gives a name for the types `real16` and `complex32`, and whi
 
 Operands and results by letter: q `real16`, x `complex32`, d f REAL\\*8 and REAL\\*4, z c COMPLEX\\*16 and COMPLEX\\*8,
 k i w b INTEGER\\*8 to INTEGER\\*1, l LOGICAL. An operand of another kind is converted first, exactly, where the entry
-does not take it as it is. All functions but those of arrays are elemental.
+does not take it as it is. All functions but those of arrays are elemental. The error, gamma and Bessel functions are those
+of the module `zorvikrt_special` ([special.md](special.md)).
 
 | name | operands | result | computed by |
 |---|---|---|---|
