@@ -63,40 +63,44 @@ std::string text(double distance) {
   return buffer;
 }
 
+/// What a missing MPC is told by: it needs MPFR.
+const library& mpc_with_mpfr() { return libmpfr() ? libmpc() : libmpfr(); }
+
+}  // namespace
+
+struct peer {
+  const char* name;
+  const library& (*file)();
+  std::optional<peer_answer> (*answer)(const counterpart&, const entry&, const image*);
+};
+
+namespace {
+constexpr peer the_c_library{"C library", c_library, c_library_answer};
+constexpr peer quadmath{"libquadmath", libquadmath, libquadmath_answer};
+constexpr peer mpfr{"MPFR", libmpfr, exact_answer};
+constexpr peer mpc{"MPC", mpc_with_mpfr, exact_answer};
 }  // namespace
 
 comparison::comparison(const entry& e) : entry_(e), counterpart_(counterpart_of(e)) {
   if (counterpart_.has_function()) {
-    // In quadruple precision the C library is libquadmath's equal, but it has the real functions
-    // only.
+    // For quadruple precision the C library has real functions only, and not everywhere.
     if (type_of(e.result).is != nature::pair || (!counterpart_.is_complex() && c_library()))
-      libraries_.push_back("C library");
-    libraries_.push_back("libquadmath");
+      peers_.push_back(&the_c_library);
+    peers_.push_back(&quadmath);
   }
-  libraries_.push_back(counterpart_.is_complex() ? "MPC" : "MPFR");
+  peers_.push_back(counterpart_.is_complex() ? &mpc : &mpfr);
 }
 
 std::vector<comparison::answer> comparison::operator()(const evaluation& call) const {
   std::vector<answer> answers;
-  const image* operands = call.operands.data();
-  for (const std::string& name : libraries_) {
-    const bool is_c = name[0] == 'C', is_quadmath = name[0] == 'l';
-    const library& from = is_c                                     ? c_library()
-                          : is_quadmath                            ? libquadmath()
-                          : counterpart_.is_complex() && libmpfr() ? libmpc()
-                                                                   : libmpfr();
-    const std::optional<peer_answer> found =
-        is_c          ? c_library_answer(counterpart_, entry_, operands)
-        : is_quadmath ? libquadmath_answer(counterpart_, entry_, operands)
-                      : exact_answer(counterpart_, entry_, operands);
-    answer a{name, {}, {}, {}};
-    if (found) {
+  for (const peer* one : peers_) {
+    answer a{one->name, {}, {}, {}};
+    const library& file = one->file();
+    if (const auto found = one->answer(counterpart_, entry_, call.operands.data())) {
       a.decimal = found->decimal;
       a.distance = text(distance(entry_.result, call.results[0].value, found->parts));
-    } else if (from) {
-      a.why = std::string(from.file()) + " lacks the function";
     } else {
-      a.why = std::string(from.file()) + " is not installed";
+      a.why = file.file() + std::string(file ? " lacks the function" : " is not installed");
     }
     answers.push_back(a);
   }
@@ -126,7 +130,8 @@ std::string comparison::csv_cells(const evaluation& call) const {
 
 std::string comparison::csv_names() const {
   std::string names;
-  for (std::string name : libraries_) {
+  for (const peer* one : peers_) {
+    std::string name = one->name;
     for (char& c : name) c = c == ' ' ? '_' : static_cast<char>(std::tolower(c));
     names += ',' + name + ',' + name + "_distance";
   }

@@ -11,6 +11,7 @@
 namespace explorer {
 
 struct counterpart;
+struct peer;
 
 class comparison {
  public:
@@ -34,7 +35,7 @@ class comparison {
  private:
   const entry& entry_;
   const counterpart& counterpart_;
-  std::vector<std::string> libraries_;
+  std::vector<const peer*> peers_;
 };
 
 }  // namespace explorer

@@ -94,12 +94,12 @@ std::optional<peer_answer> wide_answer(const counterpart& c, const entry& e, con
 }  // namespace
 
 std::span<const counterpart> counterparts() {
-#define ZRT_REAL_PEER(is, f, d, q, name, mpfr)   \
-  {shape::is, #f " " #d " " #q,           #name, \
-   #mpfr,     bare<is<float>>(std::name), bare<is<double>>(std::name)},
+#define ROW(is, ...) {shape::is, __VA_ARGS__},
+#define ZRT_REAL_PEER(is, f, d, q, name, mpfr) \
+  ROW(is, #f " " #d " " #q, #name, #mpfr, bare<is<float>>(std::name), bare<is<double>>(std::name))
 #define ZRT_COMPLEX_PEER(is, c, z, x, name, mpc) \
-  {shape::is, #c " " #z " " #x, #name, #mpc, bare(::name##f), bare(::name)},
-#define ZRT_EXACT_REAL(is, stems, name, exact) {shape::is, stems, #name, #exact, nullptr, nullptr},
+  ROW(is, #c " " #z " " #x, #name, #mpc, bare(::name##f), bare(::name))
+#define ZRT_EXACT_REAL(is, stems, name, exact) ROW(is, stems, #name, #exact, nullptr, nullptr)
 #define ZRT_EXACT_COMPLEX ZRT_EXACT_REAL
   static const counterpart all[] = {
 #include "counterparts.inc"
