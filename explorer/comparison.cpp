@@ -1,6 +1,7 @@
 #include "comparison.hpp"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -118,22 +119,18 @@ std::string comparison::text_lines(const evaluation& call) const {
   return lines;
 }
 
-std::string comparison::csv_cells(const evaluation& call) const {
-  std::string cells;
-  for (const answer& a : (*this)(call)) {
-    const bool quoted = a.decimal.find(',') != std::string::npos;
-    cells += quoted ? ",\"" + a.decimal + '"' : ',' + a.decimal;
-    cells += ',' + a.distance;
-  }
+std::vector<std::string> comparison::csv_cells(const evaluation& call) const {
+  std::vector<std::string> cells;
+  for (const answer& a : (*this)(call)) cells.insert(cells.end(), {a.decimal, a.distance});
   return cells;
 }
 
-std::string comparison::csv_names() const {
-  std::string names;
+std::vector<std::string> comparison::csv_names() const {
+  std::vector<std::string> names;
   for (const peer* one : peers_) {
     std::string name = one->name;
     for (char& c : name) c = c == ' ' ? '_' : static_cast<char>(std::tolower(c));
-    names += ',' + name + ',' + name + "_distance";
+    names.insert(names.end(), {name, name + "_distance"});
   }
   return names;
 }

@@ -26,11 +26,11 @@ class comparison {
   };
   std::vector<answer> operator()(const evaluation& call) const;
 
-  /// Each answer on a line of its own, behind a row of text; cells behind one of comma-separated
-  /// values, and their names behind its head.
+  /// Each answer on a line of its own, behind a row of text.
   std::string text_lines(const evaluation& call) const;
-  std::string csv_cells(const evaluation& call) const;
-  std::string csv_names() const;
+  /// Cells for a row of comma-separated values, and their names.
+  std::vector<std::string> csv_cells(const evaluation& call) const;
+  std::vector<std::string> csv_names() const;
 
  private:
   const entry& entry_;

@@ -50,8 +50,10 @@ class evaluation {
 };
 
 std::string text_row(const entry& e, const evaluation& call, columns shown);
-std::string csv_head(const entry& e, columns shown);
-std::string csv_row(const entry& e, const evaluation& call, columns shown);
+/// With more cells at the end.
+std::string csv_head(const entry& e, columns shown, const std::vector<std::string>& more = {});
+std::string csv_row(const evaluation& call, columns shown,
+                    const std::vector<std::string>& more = {});
 
 /// The operand of a table that runs from one value to another, both included.
 class running_operand {

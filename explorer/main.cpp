@@ -218,16 +218,17 @@ class printer {
  public:
   printer(const entry& e, const options& chosen) : entry_(e), chosen_(chosen) {
     if (chosen.compare) others_.emplace(e);
-    if (chosen.csv) put(csv_head(e, chosen.shown) + (others_ ? others_->csv_names() : ""));
+    if (chosen.csv) put(csv_head(e, chosen.shown, others_ ? others_->csv_names() : no_cells));
   }
   void operator()(const evaluation& call) const {
     if (chosen_.csv)
-      put(csv_row(entry_, call, chosen_.shown) + (others_ ? others_->csv_cells(call) : ""));
+      put(csv_row(call, chosen_.shown, others_ ? others_->csv_cells(call) : no_cells));
     else
       put(text_row(entry_, call, chosen_.shown) + (others_ ? others_->text_lines(call) : ""));
   }
 
  private:
+  static inline const std::vector<std::string> no_cells{};
   static void put(const std::string& lines) { std::puts(lines.c_str()); }
 
   const entry& entry_;

@@ -43,7 +43,7 @@ std::string text_row(const entry& e, const evaluation& call, columns shown) {
   return row;
 }
 
-std::string csv_head(const entry& e, columns shown) {
+std::string csv_head(const entry& e, columns shown, const std::vector<std::string>& more) {
   std::vector<std::string> cells;
   const std::vector<std::string> names = names_of(e);
   for (std::size_t i = 0; i < e.codes.size(); ++i)
@@ -55,10 +55,11 @@ std::string csv_head(const entry& e, columns shown) {
   }
   if (shown.in_register) cells.push_back("register");
   if (shown.flags) cells.push_back("flags");
+  cells.insert(cells.end(), more.begin(), more.end());
   return csv_line(cells);
 }
 
-std::string csv_row(const entry&, const evaluation& call, columns shown) {
+std::string csv_row(const evaluation& call, columns shown, const std::vector<std::string>& more) {
   std::vector<std::string> cells = call.words;
   for (const evaluation::shown_value& value : call.results) {
     if (shown.decimal) cells.push_back(value.decimal);
@@ -66,6 +67,7 @@ std::string csv_row(const entry&, const evaluation& call, columns shown) {
   }
   if (shown.in_register) cells.push_back(call.register_image);
   if (shown.flags) cells.push_back(call.flags);
+  cells.insert(cells.end(), more.begin(), more.end());
   return csv_line(cells);
 }
 
