@@ -5,11 +5,12 @@ usage: check_text.py CONVERT...
 
 CONVERT... is the program of convert.cpp, behind what it runs under, if anything. What it reads and
 writes is computed here a second time with fractions: 10000 random pairs and all special ones there
-and back, the shortest form for being the shortest and the nearest, decimal strings of 40 digits and
-ties between neighbours as they must be read.
+and back, the shortest form for being the shortest and the nearest, parts in brackets against repr,
+decimal strings of 40 digits and ties between neighbours as they must be read.
 """
 import math
 import random
+import re
 import struct
 import subprocess
 import sys
@@ -103,6 +104,12 @@ def beside_round_ties(rng):
     return pairs
 
 
+def with_a_half(rng):
+    """Pairs too far apart for one number, whose leading part lies half way between two of its digits."""
+    return [(bits_of(rng.randrange(2**46, 2**47) + rng.choice((.125, .375, .625, .875))),
+             bits_of(rng.uniform(1e-22, 1e-21))) for _ in range(200)]
+
+
 class Checker:
     def __init__(self, program):
         self.program = program
@@ -150,7 +157,11 @@ class Checker:
                 nearest_same = round(value / unit) * unit
                 if pair_of(nearest_same) == (hi, lo):
                     self.expect(value_of(text) == nearest_same, f"{text} is not the nearest")
-            elif value != 0 and pair_of(value) == (hi, lo) and hi % (1 << 63) != 0:
+                continue
+            parts = re.fullmatch(r"\[(-?[0-9.]+(?:e[-+]?[0-9]+)?)([-+].*)\]", text).groups()
+            self.expect([Decimal(part) for part in parts] == [Decimal(repr(double(part))) for part in (hi, lo)],
+                        f"{text} has a part that is not its shortest form")
+            if value != 0 and pair_of(value) == (hi, lo) and hi % (1 << 63) != 0:
                 # A pair in brackets that is normalised needs more than 40 digits.
                 place = math.floor(math.log10(abs(double(hi)))) - 39
                 for unit in (Fraction(10) ** place, Fraction(10) ** (place + 1)):
@@ -232,7 +243,7 @@ def main(program):
     check = Checker(program)
     pairs = [random_pair(rng) for _ in range(10000)]
     special = [(hi, lo) for hi in SPECIAL for lo in SPECIAL]
-    check.check_round_trip(pairs + special + beside_round_ties(rng))
+    check.check_round_trip(pairs + special + beside_round_ties(rng) + with_a_half(rng))
     check.check_precision([p for p in pairs if finite(p[0]) and finite(p[1])], rng)
     finite_special = [p for p in special if finite(p[0]) and finite(p[1])]
     check.check_precision(finite_special, rng)
