@@ -11,13 +11,16 @@
 #include "frame/control.hpp"
 #include "frame/model.hpp"
 
-// Every `fisttp` of the sections is counted, to show which way was taken.
-static int fisttps = 0;
+// Every `fisttp` of the sections and every integer that they load by itself is counted, to show
+// which way was taken.
+static int fisttps = 0, loads = 0;
 #define fisttp32(x) (++fisttps, fisttp32(x))
 #define fisttp64(x) (++fisttps, fisttp64(x))
+#define load_integer(x) (++loads, load_integer(x))
 #include "frame/sections.hpp"
 #undef fisttp32
 #undef fisttp64
+#undef load_integer
 
 #include "frame/sine_cosine.hpp"
 #include "support/bits.hpp"
@@ -145,6 +148,10 @@ TEST(Sections, TakeTheWayOfTheProcessor) {
     EXPECT_EQ(truncated_to_int32(-2.5L), -2);
     EXPECT_EQ(truncated_to_int64(-0x1p40L - 0.5L), -(std::int64_t{1} << 40));
     EXPECT_EQ(fisttps, fast ? 3 : 0);
+    loads = 0;
+    std::int32_t slot;
+    EXPECT_EQ(truncated_whole(-2.5L, slot).integer, -2);
+    EXPECT_EQ(loads, fast ? 0 : 1);  // the fast way stores and loads in one statement
   }
   processor::has_fisttp = true;
 }
