@@ -70,6 +70,17 @@ program subnormal
 end program
 """
 
+# An overflow stays one, also where the register that brings the result could hold more.
+OVERFLOW = """
+program overflow
+  real(4), volatile :: x = 1e30, a = 100
+  real(8), volatile :: y = 1d300, b = 800
+  integer(8), volatile :: n = 2
+  print '(*(l1))', [x**n * 1e-30, x**int(n) * 1e-30, x**real(n) * 1e-30, cosh(a) * 1e-30] > huge(x), &
+                   [y**n * 1d-300, y**int(n) * 1d-300, y**dble(n) * 1d-300, cosh(b) * 1d-300] > huge(y)
+end program
+"""
+
 LEFT_ALONE = re.compile(
     r"_gfortran_(st_|transfer_|set_|runtime|string_|compare_string|concat_string|adjust|os_error|select_)|mem(cpy|move|set|cmp)"
     r"|malloc|free|realloc|abort|_GLOBAL_|__x86|__stack|main|hypotf?$|c(sinh|cosh|tanh|tan|asin|acos|atan)f?$|a(sin|cos|tan)hf?$"
@@ -204,13 +215,16 @@ class Legacy:
 
     def check_state(self):
         """Subnormal numbers are computed, written and read, in threads too; a program without intrinsics does not
-        load the library."""
+        load the library; a result has its format."""
         self.write("subnormal.f90", SUBNORMAL)
         code, _, errors = self.ours("-O2", "-fopenmp", "subnormal.f90", "-o", "subnormal")
         output = self.run(["./subnormal"])[1]
         self.expect("subnormal numbers", "read back" in output and "threads           8" in output, output + errors)
         self.write("plain.f90", "print *, 1.0\nend\n")
         self.ours("plain.f90", "-o", "plain")
+        self.write("overflow.f90", OVERFLOW)
+        self.ours("-O2", "overflow.f90", "-o", "overflow")
+        self.expect("overflows", self.run(["./overflow"])[1] == "TTTTTTTT\n", self.run(["./overflow"])[1])
         self.expect("no intrinsic, no library", "zorvikrt" not in self.run(["readelf", "-d", "plain"])[1])
 
     def check_names_of_the_program(self):
