@@ -83,6 +83,30 @@ TEST(Comparison, PadsWithBlanks) {
   EXPECT_EQ(__zorvik_cheq("abc", "   ", -1, 3), 1) << "a negative length counts as 0";
 }
 
+// Of every length that a way of its own takes, against a page without access.
+TEST(Comparison, SeesEveryByte) {
+  places room;
+  for (std::size_t length = 1; length <= 270; ++length) {
+    const string blanks(length, ' ');
+    const auto n = static_cast<std::int32_t>(length);
+    for (const bool at_end : {false, true}) {
+      const char* p = room.first.place(blanks, at_end);
+      char* q = room.second.place(blanks, at_end);
+      ASSERT_EQ(__zorvik_cheq(p, q, n, n), 1);
+      ASSERT_EQ(__zorvik_chne(p, q, n, n), 0);
+      ASSERT_EQ(__zorvik_len_trim(q, n), 0);
+      for (std::size_t i = 0; i < length; ++i) {
+        q[i] = 'a';
+        ASSERT_EQ(__zorvik_cheq(p, q, n, n), 0) << i << " of " << n;
+        ASSERT_EQ(__zorvik_chne(p, q, n, n), 1) << i << " of " << n;
+        ASSERT_EQ(__zorvik_llt(p, q, n, n), 1) << i << " of " << n;
+        ASSERT_EQ(__zorvik_len_trim(q, n), static_cast<std::int32_t>(i + 1)) << n;
+        q[i] = ' ';
+      }
+    }
+  }
+}
+
 TEST(Search, FindsTheFirstAndTheLastPlace) {
   places room;
   std::mt19937 random(72);

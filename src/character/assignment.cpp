@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "character/by_blocks.hpp"
 #include "character/strings.hpp"
 #include "entries.hpp"
 
@@ -16,6 +17,12 @@ void assign(char* target, std::size_t target_length, const char* source,
   const std::size_t copied = std::min(target_length, source_length);
   copy(target, source, copied);
   fill_blanks(target + copied, target_length - copied);
+}
+
+void assign_any(char* target, const char* source, std::int32_t target_length,
+                std::int32_t source_length) {
+  if (target_length == source_length) return copy(target, source, extent(target_length));
+  assign(target, extent(target_length), source, extent(source_length));
 }
 
 /// a, then b, as far as they fit; gives the number of characters stored.
@@ -62,11 +69,7 @@ std::int32_t repeat(const char* source, std::int32_t copies, char* target,
 
 using namespace zrt::character;
 
-ZRT_VALUE(void, casgn)
-(char* dst, const char* src, std::int32_t dstlen, std::int32_t srclen) {
-  if (dstlen == srclen) return copy(dst, src, extent(dstlen));
-  assign(dst, extent(dstlen), src, extent(srclen));
-}
+ZRT_ENTRY_OF_TWO(void, casgn, char*, blocks::copy_held, assign_any)
 
 // The byte in front of the target counts the characters assigned, modulo 256, and is stored first,
 // also where it is part of the source.

@@ -3,12 +3,10 @@
 // Texts of more than 16 bytes in blocks of 16, by SSE2; without it, and where a text is so long
 // that a call costs nothing beside the work, by the memory functions of the C library.
 
-#include <cstddef>
+#include "character/held_blocks.hpp"
 
 namespace zrt::character {
 namespace [[gnu::visibility("hidden")]] blocks {
-
-inline constexpr std::size_t size = 16;
 
 /// Each takes `count` above `size`. Copying reads every byte before it stores one.
 void copy(char* target, const char* source, std::size_t count);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "character/by_blocks.hpp"
 #include "character/strings.hpp"
 #include "entries.hpp"
 
@@ -31,6 +32,10 @@ int compared(const char* a, const char* b, std::int32_t a_length, std::int32_t b
   return compared_padded(a, b, extent(a_length), extent(b_length));
 }
 
+bool are_equal(const char* a, const char* b, std::int32_t a_length, std::int32_t b_length) {
+  return compared(a, b, a_length, b_length) == 0;
+}
+
 }  // namespace
 }  // namespace zrt::character
 
@@ -48,12 +53,8 @@ ZRT_VALUE(std::int32_t, llt)(const char* a, const char* b, std::int32_t alen, st
 ZRT_VALUE(std::int32_t, lle)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
   return compared(a, b, alen, blen) <= 0;
 }
-ZRT_VALUE(std::int32_t, cheq)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
-  return compared(a, b, alen, blen) == 0;
-}
-ZRT_VALUE(std::int32_t, chne)(const char* a, const char* b, std::int32_t alen, std::int32_t blen) {
-  return compared(a, b, alen, blen) != 0;
-}
+ZRT_ENTRY_OF_TWO(std::int32_t, cheq, const char*, blocks::are_equal_held, are_equal)
+ZRT_ENTRY_OF_TWO(std::int32_t, chne, const char*, !blocks::are_equal_held, !are_equal)
 
 // The byte is signed: from 0x80 on the result is negative.
 ZRT_VALUE(std::int32_t, ichar)(const char* p) { return static_cast<signed char>(*p); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "character/by_blocks.hpp"
 #include "character/strings.hpp"
 #include "entries.hpp"
 
@@ -167,9 +168,7 @@ ZRT_VALUE(std::int64_t, f90_index_8)
 }
 
 ZRT_VALUE(std::int32_t, len)(const char*, std::int32_t strlen) { return strlen; }
-ZRT_VALUE(std::int32_t, len_trim)(const char* str, std::int32_t strlen) {
-  return static_cast<std::int32_t>(length_without_trailing(str, extent(strlen)));
-}
+ZRT_ENTRY_OF_LENGTH(len_trim, blocks::length_by_blocks, length_without_trailing)
 ZRT_VALUE(std::int32_t, trim)
 (const char* src, char* dst, std::int32_t srclen, std::int32_t dstlen) {
   return static_cast<std::int32_t>(trim(src, extent(srclen), dst, extent(dstlen)));

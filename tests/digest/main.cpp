@@ -2,7 +2,7 @@
 // REAL results travel on the FPU stack, also those of their 80-bit images and of the exception
 // flags.
 //
-//   zorvikrt_digest [--calls N] [--without fma|fisttp]
+//   zorvikrt_digest [--calls N] [--without fma|fisttp|sse2]
 //   zorvikrt_digest --trace NAME     each call of one entry, operands and result in hexadecimal
 //
 // N calls of every entry instead of the usual number; `--without`, in the program that is linked
@@ -106,7 +106,7 @@ digests digests_of(const entry& e, int calls, bool trace) {
 
 [[noreturn]] void refuse(const std::string& why) {
   std::fprintf(stderr,
-               "zorvikrt_digest: %s; usage: zorvikrt_digest [--calls N] [--without fma|fisttp]"
+               "zorvikrt_digest: %s; usage: zorvikrt_digest [--calls N] [--without fma|fisttp|sse2]"
                " | --trace NAME\n",
                why.c_str());
   std::exit(2);
@@ -114,10 +114,14 @@ digests digests_of(const entry& e, int calls, bool trace) {
 
 void take_away(const std::string& instructions) {
 #if defined(ZRT_INSIDE)
-  if (instructions == "fma" || instructions == "fisttp") {
-    (instructions == "fma" ? zrt::processor::has_fma : zrt::processor::has_fisttp) = false;
-    return;
-  }
+  using zrt::processor;
+  for (const auto& [name, flag] : {std::pair("fma", &processor::has_fma),
+                                   {"fisttp", &processor::has_fisttp},
+                                   {"sse2", &processor::has_sse2}})
+    if (instructions == name) {
+      *flag = false;
+      return;
+    }
 #endif
   refuse("this program has no way without '" + instructions + "'");
 }
