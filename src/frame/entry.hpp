@@ -129,22 +129,51 @@ template <format F>
       : "m"(from.low), "m"(from.high));
 }
 
-/// The operand where 64-bit loads find it: joined, or without SSE2 in its slots.
+/// The place of an operand where 64-bit loads find it.
 template <class Operand>
-class joined {
- public:
-  [[gnu::always_inline]] explicit joined(const Operand& slots) : value_(&slots) {
+struct own_place {
+  alignas(8) char bytes[sizeof(Operand)];
+
+  [[gnu::always_inline]] void join(const Operand& slots) {
     static_assert(sizeof slots % 8 == 0);
-    if (!processor::has_sse2) return;
     for (std::size_t i = 0; i < sizeof slots; i += 8)
-      join_words(place_ + i, reinterpret_cast<const char*>(&slots) + i);
-    value_ = reinterpret_cast<const Operand*>(place_);
+      join_words(bytes + i, reinterpret_cast<const char*>(&slots) + i);
   }
-  [[gnu::always_inline]] operator const Operand&() const { return *value_; }
+  [[gnu::always_inline]] void copy(const Operand& slots) {
+    std::memcpy(bytes, &slots, sizeof slots);
+  }
+  [[gnu::always_inline]] operator const Operand&() const {
+    return *reinterpret_cast<const Operand*>(bytes);
+  }
+};
+
+/// The operand joined, without SSE2 copied.
+template <class Operand>
+struct joined : own_place<Operand> {
+  [[gnu::always_inline]] explicit joined(const Operand& slots) {
+    sse2_is_usable() ? this->join(slots) : this->copy(slots);
+  }
+};
+
+/// Two operands with one test.
+template <class First, class Second>
+class both_joined {
+ public:
+  [[gnu::always_inline]] both_joined(const First& first, const Second& second) {
+    if (sse2_is_usable()) {
+      first_.join(first);
+      second_.join(second);
+    } else {
+      first_.copy(first);
+      second_.copy(second);
+    }
+  }
+  [[gnu::always_inline]] const First& first() const { return first_; }
+  [[gnu::always_inline]] const Second& second() const { return second_; }
 
  private:
-  alignas(8) char place_[sizeof(Operand)];
-  const Operand* value_;
+  own_place<First> first_;
+  own_place<Second> second_;
 };
 
 #else
@@ -153,6 +182,19 @@ template <class Operand>
 [[gnu::always_inline]] inline const Operand& joined(const Operand& operand) {
   return operand;
 }
+
+template <class First, class Second>
+class both_joined {
+ public:
+  [[gnu::always_inline]] both_joined(const First& first, const Second& second)
+      : first_(first), second_(second) {}
+  [[gnu::always_inline]] const First& first() const { return first_; }
+  [[gnu::always_inline]] const Second& second() const { return second_; }
+
+ private:
+  const First& first_;
+  const Second& second_;
+};
 
 #endif
 
@@ -290,7 +332,7 @@ template <class R, auto value, class... Kinds>
 [[gnu::always_inline]] inline R forward(typename Kinds::given... operands) {
 #if defined(__i386__)
   if constexpr ((Kinds::is_wide || ...))
-    if (processor::has_sse2) return call_value_wide<R, value, Kinds...>(operands...);
+    if (sse2_is_usable()) return call_value_wide<R, value, Kinds...>(operands...);
 #endif
   return call_value<R, value, Kinds...>(operands...);
 }
@@ -300,7 +342,7 @@ template <class Result, auto value, class... Kinds>
 [[gnu::always_inline]] inline void* forward_to(void* area, typename Kinds::given... operands) {
 #if defined(__i386__)
   if constexpr ((Kinds::is_wide || ...))
-    if (processor::has_sse2) return call_value_to_wide<Result, value, Kinds...>(area, operands...);
+    if (sse2_is_usable()) return call_value_to_wide<Result, value, Kinds...>(area, operands...);
 #endif
   return call_value_to<Result, value, Kinds...>(area, operands...);
 }

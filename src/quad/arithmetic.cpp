@@ -52,25 +52,32 @@ using namespace zrt;
 using namespace zrt::quads;
 
 ZRT_VALUE(quad*, qadd)(quad* result, quad a, quad b) {
-  return put(result, steps::add(joined(a), joined(b)));
+  const both_joined o(a, b);
+  return put(result, steps::add(o.first(), o.second()));
 }
 ZRT_VALUE(quad*, qaddd)(quad* result, quad a, real8 d) {
-  return put(result, steps::add(joined(a), value(joined(d))));
+  const both_joined o(a, d);
+  return put(result, steps::add(o.first(), value(o.second())));
 }
 ZRT_VALUE(quad*, qsub)(quad* result, quad a, quad b) {
-  return put(result, steps::sub(joined(a), joined(b)));
+  const both_joined o(a, b);
+  return put(result, steps::sub(o.first(), o.second()));
 }
 ZRT_VALUE(quad*, qsubd)(quad* result, quad a, real8 d) {
-  return put(result, steps::sub(joined(a), value(joined(d))));
+  const both_joined o(a, d);
+  return put(result, steps::sub(o.first(), value(o.second())));
 }
 ZRT_VALUE(quad*, dsubq)(quad* result, real8 d, quad b) {
-  return put(result, steps::sub(value(joined(d)), joined(b)));
+  const both_joined o(d, b);
+  return put(result, steps::sub(value(o.first()), o.second()));
 }
 ZRT_VALUE(quad*, qmul)(quad* result, quad a, quad b) {
-  return by_processor::mul(result, joined(a), joined(b));
+  const both_joined o(a, b);
+  return by_processor::mul(result, o.first(), o.second());
 }
 ZRT_VALUE(quad*, qmuld)(quad* result, quad a, real8 d) {
-  return by_processor::mul(result, joined(a), value(joined(d)));
+  const both_joined o(a, d);
+  return by_processor::mul(result, o.first(), value(o.second()));
 }
 ZRT_VALUE(quad*, qmuli)(quad* result, quad a, std::int32_t k) {
   if (k == 1) return as_it_came(result, a);
@@ -78,20 +85,30 @@ ZRT_VALUE(quad*, qmuli)(quad* result, quad a, std::int32_t k) {
   return put(result, steps::mul_integer(joined(a), k));
 }
 ZRT_VALUE(quad*, qdiv)(quad* result, quad a, quad b) {
-  return by_processor::div(result, joined(a), joined(b));
+  const both_joined o(a, b);
+  return by_processor::div(result, o.first(), o.second());
 }
 ZRT_VALUE(quad*, qdivd)(quad* result, quad a, real8 d) {
-  return by_processor::div(result, joined(a), value(joined(d)));
+  const both_joined o(a, d);
+  return by_processor::div(result, o.first(), value(o.second()));
 }
 ZRT_VALUE(quad*, ddivq)(quad* result, real8 d, quad b) {
-  return by_processor::div(result, value(joined(d)), joined(b));
+  const both_joined o(d, b);
+  return by_processor::div(result, value(o.first()), o.second());
 }
 ZRT_VALUE(quad*, qprod)(quad* result, real8 a, real8 b) {
-  return by_processor::product(result, value(joined(a)), value(joined(b)));
+  const both_joined o(a, b);
+  return by_processor::product(result, value(o.first()), value(o.second()));
 }
 ZRT_VALUE(quad*, qneg)(quad* result, quad a) { return sign_flipped(result, a); }
-ZRT_VALUE(std::int32_t, qcmp)(quad a, quad b) { return condition_bits(joined(a), joined(b)); }
-ZRT_VALUE(std::int32_t, qcompare)(quad a, quad b) { return order(joined(a), joined(b)); }
+ZRT_VALUE(std::int32_t, qcmp)(quad a, quad b) {
+  const both_joined o(a, b);
+  return condition_bits(o.first(), o.second());
+}
+ZRT_VALUE(std::int32_t, qcompare)(quad a, quad b) {
+  const both_joined o(a, b);
+  return order(o.first(), o.second());
+}
 ZRT_VALUE(quad*, ldexpl)(quad* result, quad q, std::int32_t n) {
   return put(result, steps::scaled(joined(q), n));
 }

@@ -27,7 +27,7 @@ template <toward direction>
   const std::uint64_t bits = image(a.hi);
   const auto high = static_cast<std::uint32_t>(bits >> 32);
   const int e = exponent_of(a.hi);
-  if (!processor::has_sse2 || e >= layout<double>::fraction_bits || e < -1022) return false;
+  if (!sse2_is_usable() || e >= layout<double>::fraction_bits || e < -1022) return false;
   const bool is_negative = high >> 31 != 0;
   const bool away = direction == toward::below   ? is_negative
                     : direction == toward::above ? !is_negative
@@ -112,10 +112,12 @@ ZRT_VALUE(quad*, copysignl)(quad* result, quad x, quad y) {
   return has_sign == negative(y) ? as_it_came(result, x) : sign_flipped(result, x);
 }
 ZRT_VALUE(quad*, fdiml)(quad* result, quad a, quad b) {
-  return put(result, positive_difference(joined(a), joined(b)));
+  const both_joined o(a, b);
+  return put(result, positive_difference(o.first(), o.second()));
 }
 ZRT_VALUE(quad*, fmodl)(quad* result, quad a, quad b) {
-  return put(result, ZRT_ORDINARY_CALL(remainder, joined(a), joined(b)));
+  const both_joined o(a, b);
+  return put(result, ZRT_ORDINARY_CALL(remainder, o.first(), o.second()));
 }
 ZRT_VALUE(quad*, frexpl)(quad* result, quad q, std::int32_t* e) {
   const parts taken_apart = significand_and_exponent(q);
