@@ -1,5 +1,6 @@
-// The array library beside loops over libqd and __float128: one call is one routine over the size
-// in the row's name.
+// The array library beside loops over libqd and __float128, and its functions of REAL*8 and REAL*4
+// beside loops over their entries and libmvec: one call is one routine over the size in the row's
+// name.
 
 #if defined(ZORVIKRT_BENCH_ARRAYS)
 
@@ -10,6 +11,10 @@
 #include <random>
 
 #include "rows.hpp"
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
 
 #if defined(ZORVIKRT_BENCH_QD)
 #include <qd/dd_real.h>
@@ -177,7 +182,106 @@ void add_rows(const char* subject) {
   add_row<T>("qgetrf_500", subject, large, large * large, Routines::lu);
 }
 
+// --- Functions of REAL*8 and REAL*4 --------------------------------------------------------------
+
+constexpr int reals = 1000;
+
+/// A routine over elements, a loop over its entry, and libmvec's function at the level in use.
+template <class F>
+struct function_rows {
+  const char* name;
+  double low, high;
+  int (*routine)(std::ptrdiff_t, const F*, std::ptrdiff_t, F*, std::ptrdiff_t);
+  F (*entry)(F);
+  void (*avx2)(const F*, F*) = nullptr;
+  void (*avx512)(const F*, F*) = nullptr;
+
+  template <class Run>
+  void add(const char* subject, Run run) const {
+    std::mt19937_64 random(5);
+    std::uniform_real_distribution<double> part(low, high);
+    auto x = std::make_shared<std::vector<F>>(reals + 16);  // the last vector is whole
+    for (F& value : *x) value = static_cast<F>(part(random));
+    auto r = std::make_shared<std::vector<F>>(x->size());
+    rows().push_back({std::string("array_") + name + "_1000", subject, 0, [=](long calls) {
+                        for (long i = 0; i < calls; ++i) {
+                          run(x->data(), r->data());
+                          asm volatile("" : : "r"(r->data()) : "memory");
+                        }
+                      }});
+  }
+  void add_all() const {
+    add(own, [=, call = routine](const F* x, F* r) { call(reals, x, 1, r, 1); });
+    add("loop over the entry", [=, call = entry](const F* x, F* r) {
+      for (int i = 0; i < reals; ++i) r[i] = call(x[i]);
+    });
+    const std::string level = zorvikrt_arrays_level();
+    if (avx2 != nullptr && level == "avx2") add("libmvec", avx2);
+    if (avx512 != nullptr && level == "avx512") add("libmvec", avx512);
+  }
+};
+
+#if defined(__x86_64__)
+#define BENCH_LANES(isa, of, f, loads, stores, lanes, vector, type)         \
+  extern "C" vector of(vector);                                             \
+  [[gnu::target(isa)]] static void f(const type* x, type* r) {              \
+    for (int i = 0; i < reals; i += lanes) stores(r + i, of(loads(x + i))); \
+  }
+#define BENCH_LIBMVEC(name)                                                                        \
+  BENCH_LANES("avx2", _ZGVdN4v_##name, name##_avx2, _mm256_loadu_pd, _mm256_storeu_pd, 4, __m256d, \
+              double)                                                                              \
+  BENCH_LANES("avx2", _ZGVdN8v_##name##f, name##_avx2, _mm256_loadu_ps, _mm256_storeu_ps, 8,       \
+              __m256, float)                                                                       \
+  BENCH_LANES("avx512f", _ZGVeN8v_##name, name##_avx512, _mm512_loadu_pd, _mm512_storeu_pd, 8,     \
+              __m512d, double)                                                                     \
+  BENCH_LANES("avx512f", _ZGVeN16v_##name##f, name##_avx512, _mm512_loadu_ps, _mm512_storeu_ps,    \
+              16, __m512, float)
+BENCH_LIBMVEC(exp)
+BENCH_LIBMVEC(log)
+BENCH_LIBMVEC(log10)
+BENCH_LIBMVEC(sin)
+BENCH_LIBMVEC(cos)
+BENCH_LIBMVEC(tan)
+BENCH_LIBMVEC(asin)
+BENCH_LIBMVEC(acos)
+BENCH_LIBMVEC(atan)
+#define BENCH_PEER(f) , f##_avx2, f##_avx512
+#else
+#define BENCH_PEER(f)
+#endif
+
+void add_real_rows() {
+#define BENCH_FUNCTION(type, stem, low, high, ...)                                          \
+  function_rows<type>{#stem, low, high, zorvikrt_array_##stem, __zorvik_##stem __VA_ARGS__} \
+      .add_all();
+  BENCH_FUNCTION(double, dexp, -20, 20, BENCH_PEER(exp))
+  BENCH_FUNCTION(double, dlog, 1e-3, 1e3, BENCH_PEER(log))
+  BENCH_FUNCTION(double, dlog10, 1e-3, 1e3, BENCH_PEER(log10))
+  BENCH_FUNCTION(double, dsin, -30, 30, BENCH_PEER(sin))
+  BENCH_FUNCTION(double, dcos, -30, 30, BENCH_PEER(cos))
+  BENCH_FUNCTION(double, dtan, -30, 30, BENCH_PEER(tan))
+  BENCH_FUNCTION(double, dasin, -1, 1, BENCH_PEER(asin))
+  BENCH_FUNCTION(double, dacos, -1, 1, BENCH_PEER(acos))
+  BENCH_FUNCTION(double, datan, -30, 30, BENCH_PEER(atan))
+  BENCH_FUNCTION(double, dsqrt, 1e-3, 1e3)
+  BENCH_FUNCTION(double, dint, -1e6, 1e6)
+  BENCH_FUNCTION(double, dnint, -1e4, 1e4)
+  BENCH_FUNCTION(float, exp, -20, 20, BENCH_PEER(exp))
+  BENCH_FUNCTION(float, alog, 1e-3, 1e3, BENCH_PEER(log))
+  BENCH_FUNCTION(float, alog10, 1e-3, 1e3, BENCH_PEER(log10))
+  BENCH_FUNCTION(float, sin, -30, 30, BENCH_PEER(sin))
+  BENCH_FUNCTION(float, cos, -30, 30, BENCH_PEER(cos))
+  BENCH_FUNCTION(float, tan, -30, 30, BENCH_PEER(tan))
+  BENCH_FUNCTION(float, asin, -1, 1, BENCH_PEER(asin))
+  BENCH_FUNCTION(float, acos, -1, 1, BENCH_PEER(acos))
+  BENCH_FUNCTION(float, atan, -30, 30, BENCH_PEER(atan))
+  BENCH_FUNCTION(float, sqrt, 1e-3, 1e3)
+  BENCH_FUNCTION(float, aint, -1e4, 1e4)
+  BENCH_FUNCTION(float, anint, -1e4, 1e4)
+}
+
 const registered array_rows([] {
+  add_real_rows();
   add_rows<quad, arrays>(own);
   add_row<cquad>("array_cqmul_1000", own, 1000, 1000, arrays::complex_mul);
   add_row<cquad>("array_cqdiv_1000", own, 1000, 1000, arrays::complex_div);

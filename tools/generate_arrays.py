@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Makes the array forms of the entries: every numeric value entry, element by element.
 
-usage: generate_arrays.py LIST FORTRAN_TEMPLATE OUTPUT_DIRECTORY
+usage: generate_arrays.py LIST REAL_KERNELS FORTRAN_TEMPLATE OUTPUT_DIRECTORY
 
-Reads src/frame/exports.list and fortran/zorvikrt_arrays.f90.in and writes:
+Reads src/frame/exports.list, src/arrays/real_kernels.inc and fortran/zorvikrt_arrays.f90.in and writes:
   zorvikrt/array_entries.h   the C declarations
   array_entries.cpp          the routines
   array_entry_table.inc      one row for each, for the tests
@@ -11,6 +11,7 @@ Reads src/frame/exports.list and fortran/zorvikrt_arrays.f90.in and writes:
                              '!@ generic', '!@ interface' and '!@ routine' for what follows from names
 Only the Python standard library is needed. Bad input gives one line with file and line number.
 """
+import re
 import sys
 from pathlib import Path
 
@@ -22,8 +23,9 @@ ELEMENTS = {
     "f": "float", "d": "double", "c": "zorvikrt_complex8", "z": "zorvikrt_complex16",
     "q": "zorvikrt_quad", "x": "zorvikrt_cquad",
 }
-# Entries that have kernels on lanes.
-KERNELS = {"qadd", "qsub", "qmul", "qdiv", "sqrtl", "expl", "logl", "sinl", "cosl", "tanl", "atanl", "cqmul", "cqdiv"}
+# Entries that have kernels on lanes: of REAL*16, and as the list of those of REAL*8 and REAL*4 names them.
+QUAD_KERNELS = {"qadd", "qsub", "qmul", "qdiv", "sqrtl", "expl", "logl", "sinl", "cosl", "tanl", "atanl", "cqmul", "cqdiv"}
+REAL_KERNEL = re.compile(r"ZRT_REAL_\w+\(\w+, (\w+),")
 NOTE = "Made from src/frame/exports.list by tools/generate_arrays.py; do not edit."
 
 
@@ -53,22 +55,22 @@ def c_header(entries):
     return out + ["#endif"]
 
 
-def loop(entry):
+def loop(entry, kernels):
     result = ELEMENTS[entry.result]
     types = ", ".join([result] + [ELEMENTS[code] for _, code in entry.operands])
-    if entry.stem in KERNELS:
+    if entry.stem in kernels:
         return f"by_kernel<{types}>{{&kernels::{entry.stem}}}"
     if entry.result in exports.AT_ADDRESS:
         return f"by_address_of<{types}>(__zorvik_{entry.stem})"
     return f"by_value_of<{types}>(__zorvik_{entry.stem})"
 
 
-def routines(entries):
+def routines(entries, kernels):
     out = [f"// {NOTE}", "", '#include "arrays/each.hpp"', "", "using namespace zrt::arrays;", ""]
     for entry in entries:
         operands = [f"given<{ELEMENTS[code]}>{{{exports.c_name(name)}, inc{name}}}" for name, code in entry.operands]
         out += [f"ZRT_API {head(entry)} {{",
-                f"  return each(elements, {loop(entry)}, result, incresult, {', '.join(operands)});", "}"]
+                f"  return each(elements, {loop(entry, kernels)}, result, incresult, {', '.join(operands)});", "}"]
     return out
 
 
@@ -147,17 +149,18 @@ def fortran_module(path):
 
 
 def main(arguments):
-    if len(arguments) != 3:
-        sys.exit("usage: generate_arrays.py LIST FORTRAN_TEMPLATE OUTPUT_DIRECTORY")
+    if len(arguments) != 4:
+        sys.exit("usage: generate_arrays.py LIST REAL_KERNELS FORTRAN_TEMPLATE OUTPUT_DIRECTORY")
     try:
         entries, _ = exports.parse(arguments[0])
-        module = fortran_module(arguments[1])
+        kernels = QUAD_KERNELS | set(REAL_KERNEL.findall(Path(arguments[1]).read_text(encoding="utf-8")))
+        module = fortran_module(arguments[2])
     except (exports.ListError, OSError, UnicodeDecodeError) as error:
         sys.exit(f"generate_arrays: {error}")
     chosen = [entry for entry in entries if numeric(entry)]
-    output = Path(arguments[2])
+    output = Path(arguments[3])
     exports.write(output / "zorvikrt" / "array_entries.h", c_header(chosen))
-    exports.write(output / "array_entries.cpp", routines(chosen))
+    exports.write(output / "array_entries.cpp", routines(chosen, kernels))
     exports.write(output / "array_entry_table.inc", table(chosen))
     exports.write(output / "zorvikrt_arrays.f90", module)
 

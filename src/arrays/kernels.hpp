@@ -101,6 +101,9 @@ struct kernels {
   linear_kernels<quad> real;
   linear_kernels<cquad> complex;
   extreme_kernel extreme;
+#define ZRT_REAL_FUNCTION(type, stem, name) unary_kernel<type> stem;
+#include "arrays/real_kernels.inc"
+#undef ZRT_REAL_FUNCTION
 };
 
 /// Partial sums of a sum.

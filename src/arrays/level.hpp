@@ -6,8 +6,15 @@
 #include "arrays/elementwise.hpp"
 #include "arrays/extremes.hpp"
 #include "arrays/multiply.hpp"
+#include "arrays/real_elementwise.hpp"
 #include "arrays/solve.hpp"
 #include "arrays/sums.hpp"
+
+#if defined(ZRT_WIDTH)
+#define ZRT_REAL_FUNCTION(type, stem, name) over_reals<type, name<type>, __zorvik_##stem>,
+#else
+#define ZRT_REAL_FUNCTION(type, stem, name) over_reals<type, __zorvik_##stem>,
+#endif
 
 #define ZRT_TEXT_OF(name) #name
 #define ZRT_NAME_OF(level) ZRT_TEXT_OF(level)
@@ -38,6 +45,7 @@ const kernels table = {
     linear<quad>,
     linear<cquad>,
     extreme,
+#include "arrays/real_kernels.inc"
 };
 
 }  // namespace zrt::arrays::ZRT_LEVEL

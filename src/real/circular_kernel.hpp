@@ -58,7 +58,7 @@ struct circular_constants<float> {
 template <format F, class V>
 [[gnu::always_inline]] inline V less_multiple_of_pi(V a, V multiple) {
   using c = circular_constants<F>;
-  return (a - multiple * c::pi_leading) - multiple * c::pi_rest;
+  return less_exact_product(a, multiple, c::pi_leading) - multiple * c::pi_rest;
 }
 
 /// f + f**3 R(f**2) for f from the threshold to pi/2 and a rounding, not stored.
@@ -161,6 +161,22 @@ struct tangent_constants<float> {
                                  0x1p+0};
 };
 
+template <format F, class V>
+[[gnu::always_inline]] inline V less_multiple_of_half_pi(V x, V multiple) {
+  using c = tangent_constants<F>;
+  return less_exact_product(x, multiple, c::half_pi_leading) - multiple * c::half_pi_rest;
+}
+
+/// Numerator and denominator of tan f, to be stored.
+template <format F, class V>
+[[gnu::always_inline]] inline V tangent_numerator(V f, V g) {
+  return polynomial(g, tangent_constants<F>::p) * g * f + f;
+}
+template <format F, class V>
+[[gnu::always_inline]] inline V tangent_denominator(V g) {
+  return polynomial(g, tangent_constants<F>::q);
+}
+
 /// Tangent: x = N pi/2 + f, tan f = f (1 + g P(g)) / Q(g) with g = f**2, and for an odd N the
 /// negative of its reciprocal. Numerator and denominator are stored; the quotient is not. Within
 /// 2.6 units of the last place up to pi/2 (REAL*4: 2.1). N is negated as an integer, so
@@ -174,7 +190,7 @@ template <class V, format F>
   std::int32_t n = truncated_to_int32(a * c::reciprocal_half_pi + 0.5);
   if (is_negative<F>(image(operand))) n = -n;
   const V multiple = load_integer<V>(n);
-  const V f = (x - multiple * c::half_pi_leading) - multiple * c::half_pi_rest;
+  const V f = less_multiple_of_half_pi<F>(x, multiple);
   const bool odd = (n & 1) != 0;
   if (less(fabs(f), identity_below<F>)) {
     V numerator = f;
@@ -184,8 +200,8 @@ template <class V, format F>
   const V g = f * f;
   // Two slots, numerator and denominator, which change places for an odd N.
   F slots[2];
-  slots[0] = static_cast<F>(polynomial(g, c::p) * g * f + f);
-  slots[1] = static_cast<F>(polynomial(g, c::q));
+  slots[0] = static_cast<F>(tangent_numerator<F>(f, g));
+  slots[1] = static_cast<F>(tangent_denominator<F>(g));
   return load<V>(slots[odd]) / negated_if(odd, load<V>(slots[!odd]));
 }
 

@@ -26,6 +26,12 @@ template <class V, int count>
   return sum;
 }
 
+/// a - b c for factors of few bits, whose product is exact: lanes may fuse it.
+template <class V>
+[[gnu::always_inline]] inline V less_exact_product(V a, V b, double c) {
+  return a - b * c;
+}
+
 /// Sines, tangents, their inverses and their hyperbolic kin are their operand below 2**-26.5
 /// (REAL*4: 2**-12), where the cube is less than a rounding.
 template <format F>

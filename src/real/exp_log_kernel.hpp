@@ -63,6 +63,13 @@ template <format F>
 }
 #endif
 
+/// The operand less n ln 2, ln 2 in two pieces.
+template <format F, class V>
+[[gnu::always_inline]] inline V less_multiple_of_ln_2(V value, V n) {
+  using c = exponential_constants<F>;
+  return less_exact_product(value, n, c::ln2_leading) - n * c::ln2_rest;
+}
+
 /// e**r / 2 for the rest r of the reduction.
 template <format F, class V>
 [[gnu::always_inline]] inline V half_exponential(V r) {
@@ -90,7 +97,7 @@ template <class V, format F>
   const bool negative = (image(x) & sign_bit_of<F>) != 0;
   const whole_number<V> n =
       truncated_whole(value * c::log2_e + load<V>(signed_halves[negative]), slots.whole);
-  const V r = (value - n.value * c::ln2_leading) - n.value * c::ln2_rest;
+  const V r = less_multiple_of_ln_2<F>(value, n.value);
   return scaled<F>(stored_in(slots.result, half_exponential<F>(r)), n);
 }
 
@@ -113,7 +120,7 @@ template <format F>
   if (!has_ordinary_exponential(x)) return false;
   const double value = load<double>(x);
   const quick_whole<1> n(value * c::log2_e);
-  const double r = (value - n.value * c::ln2_leading) - n.value * c::ln2_rest;
+  const double r = less_multiple_of_ln_2<F>(value, n.value);
   if (!less(r * r, 0.1201)) return false;
   const __m128i y = packed(static_cast<F>(half_exponential<F>(r)));
   const __m128i exponent = moved_up<F>(packed(n.shifted), layout<F>::fraction_bits);
@@ -222,6 +229,13 @@ template <class V>
   return load_image<double, V>(0x3FF0000000000000 + (std::uint64_t{j} << 45));
 }
 
+/// The pieces of m ln 2 + ln F and the series of ln(1 + u).
+template <format F, class V>
+[[gnu::always_inline]] inline V logarithm_sum(V a, V b, V u) {
+  const V v = u * u;
+  return a + (u + (b + v * polynomial(u, logarithm_constants<F>::p)));
+}
+
 /// ln x by Tang's table: x = 2**m (F + r) with F the nearest of 1 + j/128, ln x = m ln 2 + ln F +
 /// ln(1 + u), u = r / F within 2**-8, by a polynomial. Within 0.7 units of the last place. Not
 /// stored. Zeros give -infinity, negative operands and NaNs the library's NaN, +infinity itself.
@@ -249,9 +263,7 @@ template <class V, format F>
   const V exponent = load_integer<V>(m);
   const V a = exponent * c::ln2_leading + load<V>(row.leading);
   const V b = exponent * c::ln2_rest + load<V>(row.rest);
-  const V u = load<V>(row.reciprocal) * r;
-  const V v = u * u;
-  return a + (u + (b + v * polynomial(u, c::p)));
+  return logarithm_sum<F>(a, b, load<V>(row.reciprocal) * r);
 }
 
 /// Ordinary: every positive normal number; no product of the series is below 2**-250 but zero.

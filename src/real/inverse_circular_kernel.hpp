@@ -39,6 +39,14 @@ struct arcsine_constants<float> {
   static constexpr float half_pi = 0x1.921fb6p+0f;
 };
 
+/// y + y g P(g) / Q(g), stored.
+template <format F, class V>
+[[gnu::always_inline]] inline V arcsine_form(V y, V g) {
+  const V p = polynomial(g, arcsine_constants<F>::p) * g;
+  const V q = monic_polynomial(g, arcsine_constants<F>::q);
+  return stored<F>(y + y * (p / q));
+}
+
 /// asin y for y in [0, 1/2] as y + y g P(g) / Q(g), g = y**2; above 1/2 the same of
 /// sqrt((1 - y) / 2) = sqrt(g), doubled, as pi/2 - acos. Which function, sign and range it is then
 /// says the index: bit 0 the arccosine, bit 1 a negative x, bit 2 above 1/2. Within 2.2 units of
@@ -64,9 +72,7 @@ template <class V, format F>
       const V root = fsqrt(g);
       y = stored<F>(root + root);
     }
-    const V p = polynomial(g, c::p) * g;
-    const V q = monic_polynomial(g, c::q);
-    y = stored<F>(y + y * (p / q));
+    y = arcsine_form<F>(y, g);
   }
   // The closing sums are (k - y) + k, (k + y) + k and, for a negative k, (y - |k|) - |k|.
   struct closing {
@@ -133,6 +139,20 @@ struct arctangent_constants<float> {
   static constexpr double pi = 0x1.921fb6p+1;
 };
 
+/// tan(atan f - pi/6), stored, of an f above 2 - sqrt(3).
+template <format F, class V>
+[[gnu::always_inline]] inline V less_sixth_of_pi(V f) {
+  using c = arctangent_constants<F>;
+  return stored<F>((((c::root_less_one * f - 0.5) - 0.5) + f) / (f + c::root));
+}
+/// f + f g P(g) / Q(g), stored.
+template <format F, class V>
+[[gnu::always_inline]] inline V arctangent_form(V f) {
+  const V g = f * f;
+  const V p = polynomial(g, arctangent_constants<F>::p) * g;
+  return stored<F>(f + (p / monic_polynomial(g, arctangent_constants<F>::q)) * f);
+}
+
 /// atan f by Cody and Waite: 1 / f above 1, then (f sqrt(3) - 1) / (f + sqrt(3)) above 2 - sqrt(3),
 /// a rational form, and pi/6, pi/2 or pi/3. Stored behind every step. Within 2.6 units of the last
 /// place (REAL*4: 1.6). Zeros and NaNs give themselves.
@@ -149,13 +169,9 @@ template <class V, format F>
   }
   if (!less_equal(f, c::reduced)) {
     ++n;
-    f = stored<F>((((c::root_less_one * f - 0.5) - 0.5) + f) / (f + c::root));
+    f = less_sixth_of_pi<F>(f);
   }
-  if (greater(fabs(f), identity_below<F>)) {
-    const V g = f * f;
-    const V p = polynomial(g, c::p) * g;
-    f = stored<F>(f + (p / monic_polynomial(g, c::q)) * f);
-  }
+  if (greater(fabs(f), identity_below<F>)) f = arctangent_form<F>(f);
   if (n > 1) f = fchs(f);
   if (n > 0) f = stored<F>(f + load<V>(c::summand[n]));
   return negated_if(negative, f);

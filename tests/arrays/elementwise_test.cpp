@@ -1,6 +1,7 @@
 // Entries element by element: every routine against its entry, the kernels on every level with
 // special lanes in every position, at guard pages, with every stride.
 
+#include <functional>
 #include <tuple>
 
 #include "arrays.hpp"
@@ -87,97 +88,153 @@ TEST(ArraysElementwise, EveryRoutineGivesWhatItsEntryGives) {
   });
 }
 
-using binary = int (*)(std::ptrdiff_t, const quad*, std::ptrdiff_t, const quad*, std::ptrdiff_t,
-                       quad*, std::ptrdiff_t);
+/// A routine of one operand or two, as one of two, and its entry.
+template <class T>
 struct kernel {
-  const char* name;
-  binary routine;
-  quad (*entry)(quad, quad);
-};
-/// A routine of one operand, as one of two.
-template <auto routine>
-int with_one(std::ptrdiff_t n, const quad* x, std::ptrdiff_t incx, const quad*, std::ptrdiff_t,
-             quad* r, std::ptrdiff_t incr) {
-  return routine(n, x, incx, r, incr);
-}
-template <auto entry>
-quad of_one(quad a, quad) {
-  quad r;
-  return *entry(&r, a);
-}
-const kernel kernels[] = {
-    {"qadd", zorvikrt_array_qadd, plus},
-    {"qsub", zorvikrt_array_qsub, [](quad a, quad b) { return result_of(__zorvik_qsub, a, b); }},
-    {"qmul", zorvikrt_array_qmul, times},
-    {"qdiv", zorvikrt_array_qdiv, over},
-    {"sqrtl", with_one<zorvikrt_array_sqrtl>, of_one<__zorvik_sqrtl>},
-    {"expl", with_one<zorvikrt_array_expl>, of_one<__zorvik_expl>},
-    {"logl", with_one<zorvikrt_array_logl>, of_one<__zorvik_logl>},
-    {"sinl", with_one<zorvikrt_array_sinl>, of_one<__zorvik_sinl>},
-    {"cosl", with_one<zorvikrt_array_cosl>, of_one<__zorvik_cosl>},
+  std::string name;
+  std::function<int(std::ptrdiff_t, const T*, std::ptrdiff_t, const T*, std::ptrdiff_t, T*,
+                    std::ptrdiff_t)>
+      routine;
+  std::function<T(T, T)> entry;
 };
 
-const quad* element(const std::vector<quad>& x, std::ptrdiff_t n, std::ptrdiff_t step,
-                    std::ptrdiff_t i) {
-  return x.data() + (step < 0 ? (i - n + 1) * step : i * step);
+template <class Body, class T, class Entry>
+void with_kernel(Body body, const char* stem,
+                 int (*routine)(std::ptrdiff_t, const T*, std::ptrdiff_t, T*, std::ptrdiff_t),
+                 Entry entry) {
+  body(kernel<T>{stem,
+                 [=](auto n, auto x, auto incx, auto, auto, auto r, auto incr) {
+                   return routine(n, x, incx, r, incr);
+                 },
+                 [=](T a, T) { return result_of(entry, a); }});
+}
+template <class Body, class T, class Entry>
+void with_kernel(Body body, const char* stem,
+                 int (*routine)(std::ptrdiff_t, const T*, std::ptrdiff_t, const T*, std::ptrdiff_t,
+                                T*, std::ptrdiff_t),
+                 Entry entry) {
+  body(kernel<T>{stem, routine, [=](T a, T b) { return result_of(entry, a, b); }});
+}
+
+/// Calls body with the kernels of REAL*16.
+template <class Body>
+void with_quad_kernels(Body body) {
+#define ARRAYS_KERNEL(stem) with_kernel(body, #stem, zorvikrt_array_##stem, __zorvik_##stem)
+  ARRAYS_KERNEL(qadd);
+  ARRAYS_KERNEL(qsub);
+  ARRAYS_KERNEL(qmul);
+  ARRAYS_KERNEL(qdiv);
+  ARRAYS_KERNEL(sqrtl);
+  ARRAYS_KERNEL(expl);
+  ARRAYS_KERNEL(logl);
+  ARRAYS_KERNEL(sinl);
+  ARRAYS_KERNEL(cosl);
+#undef ARRAYS_KERNEL
+}
+
+/// Calls body with every routine whose operands and result are all REAL*8, or all REAL*4.
+template <class Body>
+void with_real_kernels(Body body) {
+  const auto visit = [&]<class R, class... A>(const char* stem, auto routine, R (*entry)(A...)) {
+    if constexpr (std::is_floating_point_v<R> && (std::is_same_v<A, R> && ...))
+      with_kernel(body, stem, routine, entry);
+  };
+#define ZRT_ARRAY_ENTRY(stem, result, codes) visit(#stem, zorvikrt_array_##stem, __zorvik_##stem);
+#include "array_entry_table.inc"
+#undef ZRT_ARRAY_ENTRY
+}
+template <class Body>
+void with_every_kernel(Body body) {
+  with_quad_kernels(body);
+  with_real_kernels(body);
+}
+
+template <class T>
+T& element(std::vector<T>& x, std::ptrdiff_t n, std::ptrdiff_t step, std::ptrdiff_t i) {
+  return x[static_cast<std::size_t>(step < 0 ? (i - n + 1) * step : i * step)];
 }
 
 TEST(ArraysElementwise, KernelsOverLengthsStridesAndSpecialLanes) {
   on_every_level([](const std::string& level) {
-    for (const kernel& k : kernels)
+    with_every_kernel([&]<class T>(const kernel<T>& k) {
       for (std::ptrdiff_t n = 0; n <= 67; ++n)
         for (int special : {0, 5, 40}) {
           const std::ptrdiff_t strides[] = {0, 1, 1, 2, -1};
           const std::ptrdiff_t incx = strides[below(5)], incy = strides[below(5)],
                                incr = strides[1 + below(4)];
-          const auto x = drawn_array<quad>(2 * n + 1, special),
-                     y = drawn_array<quad>(2 * n + 1, special);
-          auto got = drawn_array<quad>(2 * n + 1), want = got;
+          auto x = drawn_array<T>(2 * n + 1, special), y = drawn_array<T>(2 * n + 1, special);
+          auto got = drawn_array<T>(2 * n + 1), want = got;
           ASSERT_EQ(k.routine(n, x.data(), incx, y.data(), incy, got.data(), incr), 0);
           for (std::ptrdiff_t i = 0; i < n; ++i)
-            *const_cast<quad*>(element(want, n, incr, i)) =
-                k.entry(*element(x, n, incx, i), *element(y, n, incy, i));
+            element(want, n, incr, i) = k.entry(element(x, n, incx, i), element(y, n, incy, i));
           ASSERT_TRUE(same(got, want, level + " " + k.name));
         }
+    });
   });
 }
 
 /// One special lane at a time: every value of `special_part` passes every position.
 TEST(ArraysElementwise, OneSpecialElementLeavesItsNeighboursAlone) {
   on_every_level([](const std::string& level) {
-    for (const kernel& k : kernels)
+    with_every_kernel([&]<class T>(const kernel<T>& k) {
       for (int round = 0; round < 400; ++round) {
-        auto x = drawn_array<quad>(16), y = drawn_array<quad>(16);
+        auto x = drawn_array<T>(16), y = drawn_array<T>(16);
         draw(below(2) != 0 ? x[static_cast<std::size_t>(below(16))]
                            : y[static_cast<std::size_t>(below(16))],
              100);
-        std::vector<quad> want;
+        std::vector<T> want;
         for (std::size_t i = 0; i < 16; ++i) want.push_back(k.entry(x[i], y[i]));
         ASSERT_EQ(k.routine(16, x.data(), 1, y.data(), 1, x.data(), 1), 0);  // in place
         ASSERT_TRUE(same(x, want, level + " " + k.name));
       }
+    });
   });
 }
 
 TEST(ArraysElementwise, NothingIsReadOrWrittenBeyondTheArrays) {
   support::guarded x(4096), y(4096), r(4096);
   on_every_level([&](const std::string&) {
-    for (const kernel& k : kernels)
+    with_every_kernel([&]<class T>(const kernel<T>& k) {
       for (std::ptrdiff_t n = 1; n <= 33; ++n)
         for (bool at_the_end : {false, true}) {
-          const auto values = drawn_array<quad>(n);
+          const auto values = drawn_array<T>(n, 5);
           const std::string_view bytes(reinterpret_cast<const char*>(values.data()),
-                                       values.size() * sizeof(quad));
+                                       values.size() * sizeof(T));
           const auto place = [&](support::guarded& room) {
-            return reinterpret_cast<quad*>(room.place(bytes, at_the_end));
+            return reinterpret_cast<T*>(room.place(bytes, at_the_end));
           };
-          quad* const result = place(r);
+          T* const result = place(r);
           ASSERT_EQ(k.routine(n, place(x), 1, place(y), 1, result, 1), 0);
-          quad sum, dot;
-          ASSERT_EQ(zorvikrt_qsum(n, result, 1, &sum), 0);
-          ASSERT_EQ(zorvikrt_qdot(n, result, 1, place(y), -1, &dot), 0);
-          ASSERT_EQ(zorvikrt_qaxpy(n, values[0], place(x), 1, result, 1), 0);
+          if constexpr (std::is_same_v<T, quad>) {
+            quad sum, dot;
+            ASSERT_EQ(zorvikrt_qsum(n, result, 1, &sum), 0);
+            ASSERT_EQ(zorvikrt_qdot(n, result, 1, place(y), -1, &dot), 0);
+            ASSERT_EQ(zorvikrt_qaxpy(n, values[0], place(x), 1, result, 1), 0);
+          }
         }
+    });
+  });
+}
+
+/// Every edge of `real_edges` with its neighbours, either sign, and ordinary operands.
+TEST(ArraysElementwise, RealFunctionsWhereTheirStepsChange) {
+  on_every_level([](const std::string& level) {
+    with_real_kernels([&]<class T>(const kernel<T>& k) {
+      auto x = drawn_array<T>(20000);
+      for (const double edge : real_edges) {
+        T above = static_cast<T>(edge), below = above;
+        for (int units = 0; units < 40; ++units) {
+          x.insert(x.end(), {above, -above, below, -below});
+          above = std::nextafter(above, static_cast<T>(INFINITY));
+          below = std::nextafter(below, static_cast<T>(-INFINITY));
+        }
+      }
+      const auto y = drawn_array<T>(static_cast<std::ptrdiff_t>(x.size()), 50);
+      std::vector<T> got(x.size()), want;
+      for (std::size_t i = 0; i < x.size(); ++i) want.push_back(k.entry(x[i], y[i]));
+      ASSERT_EQ(k.routine(std::ssize(x), x.data(), 1, y.data(), 1, got.data(), 1), 0);
+      EXPECT_TRUE(same(got, want, level + " " + k.name));
+    });
   });
 }
 
@@ -205,24 +262,24 @@ TEST(ArraysElementwise, FunctionsWhereTheirStepsChange) {
                : q.hi * (below(4) == 0 ? std::ldexp(tail, -static_cast<int>(below(300))) : tail);
   }
   on_every_level([&](const std::string& level) {
-    for (const kernel& k : kernels) {
+    with_quad_kernels([&](const kernel<quad>& k) {
       std::vector<quad> got(x.size()), want;
       for (const quad& q : x) want.push_back(k.entry(q, q));
       ASSERT_EQ(k.routine(4000, x.data(), 1, x.data(), 1, got.data(), 1), 0);
       EXPECT_TRUE(same(got, want, level + " " + k.name));
-    }
+    });
   });
 }
 
 /// Whatever the thread's state is, bits are the same and the state comes back.
 TEST(ArraysElementwise, TheStateOfTheThreadDoesNotMatter) {
-  const auto x = drawn_array<quad>(64, 40), y = drawn_array<quad>(64, 40);
   const std::uint16_t extended_up = 0x0B7F;
   std::uint16_t word, after;
   const std::uint32_t mxcsr = mxcsr_word(), flushing_down = 0xBFC0;
   on_every_level([&](const std::string& level) {
-    for (const kernel& k : kernels) {
-      std::vector<quad> got(64), want(64);
+    with_every_kernel([&]<class T>(const kernel<T>& k) {
+      const auto x = drawn_array<T>(64, 40), y = drawn_array<T>(64, 40);
+      std::vector<T> got(64), want(64);
       ASSERT_EQ(k.routine(64, x.data(), 1, y.data(), 1, want.data(), 1), 0);
       asm volatile("fnstcw %0\n\tfldcw %1" : "=m"(word) : "m"(extended_up));
       set_mxcsr(flushing_down);
@@ -233,7 +290,7 @@ TEST(ArraysElementwise, TheStateOfTheThreadDoesNotMatter) {
       EXPECT_EQ(left, flushing_down);
       EXPECT_EQ(after, extended_up);
       EXPECT_TRUE(same(got, want, level + " " + k.name));
-    }
+    });
   });
 }
 

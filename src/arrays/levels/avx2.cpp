@@ -5,4 +5,5 @@
 #define ZRT_FUSED
 #include "arrays/lanes_model.hpp"
 #include "arrays/quad_circular.hpp"
+#include "arrays/real_functions.hpp"
 #include "arrays/level.hpp"

@@ -1,0 +1,77 @@
+#pragma once
+
+// Loops over the elements of REAL*8 and REAL*4 arrays, on lanes and by the entries.
+
+#include "arrays/scalar.hpp"
+#include "frame/x87.hpp"
+
+namespace zrt::arrays::ZRT_LEVEL {
+namespace {
+
+/// Calls an entry with elements where they lie, on i386 as words: a copy by the FPU would quiet a
+/// signalling NaN.
+template <auto entry, class R, class... A>
+ZRT_INLINE R called(const A&... x) {
+#if defined(__i386__)
+  struct words_of {
+    std::uint32_t word[sizeof(R) / 4];
+  };
+  using passing = R (*)(std::conditional_t<true, words_of, A>...);
+  const auto call = reinterpret_cast<passing>(reinterpret_cast<void (*)()>(entry));
+  return static_cast<R>(call(__builtin_bit_cast(words_of, x)...));
+#else
+  return static_cast<R>(entry(x...));
+#endif
+}
+
+#if defined(ZRT_WIDTH)
+
+/// Elements first to first + count - 1 of an operand.
+template <class F>
+ZRT_INLINE values fetch_values(view<F> x, index first, index count) {
+  if (x.step == 1) [[likely]]
+    return load_values(x.at + first, count);
+  F buffer[span];
+  for (index j = 0; j < span; ++j) buffer[j] = j < count ? x.at[(first + j) * x.step] : F{1};
+  return load_values(buffer, span);
+}
+
+/// The results of the lanes; those of the rare ones come from the entry, by `by_entry(i)`.
+template <class F, class Entry>
+ZRT_INLINE void put_values(array<F> result, index first, index count, const values& r,
+                           const choice& rare, const Entry& by_entry) {
+  const unsigned which = bits_of(rare) & ((2u << (count - 1)) - 1);
+  if (result.step == 1 && which == 0) [[likely]] {
+    store_values(result.at + first, count, r);
+    return;
+  }
+  F buffer[span];
+  store_values(buffer, span, r);
+  for (index j = 0; j < count; ++j) {
+    if ((which >> j & 1) != 0) buffer[j] = by_entry(first + j);
+    result.at[(first + j) * result.step] = buffer[j];
+  }
+}
+
+template <class F, values (*function)(const values&, choice&), auto entry>
+void over_reals(index n, view<F> x, array<F> result) {
+  for (index i = 0; i < n; i += span) {
+    const index count = least(span, n - i);
+    choice rare;
+    const values r = function(fetch_values(x, i, count), rare);
+    put_values(result, i, count, r, rare,
+               [&](index j) { return called<entry, F>(x.at[j * x.step]); });
+  }
+}
+
+#else
+
+template <class F, auto entry>
+void over_reals(index n, view<F> x, array<F> result) {
+  for (index i = 0; i < n; ++i) result.at[i * result.step] = called<entry, F>(x.at[i * x.step]);
+}
+
+#endif
+
+}  // namespace
+}  // namespace zrt::arrays::ZRT_LEVEL
