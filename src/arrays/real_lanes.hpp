@@ -10,8 +10,6 @@
 // A value is several vectors: a kernel is one chain of dependent operations, and a processor that
 // sees two of them side by side starts one while it waits for the other.
 
-#include <utility>
-
 #include "arrays/lanes_model.hpp"
 #include "real/circular_kernel.hpp"
 #include "real/exp_log_kernel.hpp"
@@ -81,6 +79,16 @@ ZRT_INLINE values less_exact_product(const values& a, const values& b, double c)
 }
 #endif
 
+/// x - r**2 for a root r of x rounded to 53 bits: exact in every step.
+ZRT_INLINE values less_square(const values& x, const values& r) {
+  return mapped(
+      [](lanes v, lanes root) {
+        const cut halves = cut_of(root);
+        return remainder_of(v, halves, halves);
+      },
+      x, r);
+}
+
 // --- Comparisons and choice ----------------------------------------------------------------------
 // All are false for a NaN.
 
@@ -95,12 +103,17 @@ ZRT_INLINE lanes select(condition which, lanes yes, lanes no) {
   return _mm512_mask_mov_pd(no, which, yes);
 }
 ZRT_INLINE unsigned bits_of(condition a) { return a; }
+/// From the sign bits.
+ZRT_INLINE condition condition_of(words sign) { return _mm512_movepi64_mask((__m512i)sign); }
 #else
 ZRT_INLINE choice less(const values& a, const values& b) {
   return tested([](lanes x, lanes y) { return (words)(x < y); }, a, b);
 }
 ZRT_INLINE choice less_equal(const values& a, const values& b) {
   return tested([](lanes x, lanes y) { return (words)(x <= y); }, a, b);
+}
+ZRT_INLINE condition condition_of(words sign) {
+  return (words)((lanes)(sign | 1ULL << 62) < lanes{});  // no zero
 }
 #if ZRT_WIDTH == 4
 ZRT_INLINE unsigned bits_of(condition a) {
@@ -126,6 +139,8 @@ ZRT_INLINE choice operator|(const choice& a, const choice& b) {
 ZRT_INLINE choice operator~(const choice& a) {
   return tested([](condition x) { return static_cast<condition>(~x); }, a);
 }
+/// A sign bit where the choice is yes.
+ZRT_INLINE values sign_where(const choice& a) { return chosen(a, -0.0, 0.0); }
 /// One bit for each element.
 ZRT_INLINE unsigned bits_of(const choice& a) {
   unsigned bits = 0;
@@ -135,8 +150,7 @@ ZRT_INLINE unsigned bits_of(const choice& a) {
 }
 ZRT_INLINE bool any(const choice& a) { return bits_of(a) != 0; }
 
-// --- Signs, whole numbers and formats
-// --------------------------------------------------------------
+// --- Signs, whole numbers and formats ------------------------------------------------------------
 
 ZRT_INLINE values fabs(const values& a) { return mapped(magnitude, a); }
 ZRT_INLINE values fsqrt(const values& a) { return mapped(square_root, a); }
@@ -149,6 +163,41 @@ ZRT_INLINE values sign_of(const values& a) {
 }
 ZRT_INLINE values flipped_by(const values& sign, const values& a) {
   return mapped([](lanes s, lanes x) { return (lanes)((words)s ^ (words)x); }, sign, a);
+}
+
+// Images as integers.
+ZRT_INLINE values masked(const values& a, unsigned long long mask) {
+  return mapped([=](lanes x) { return (lanes)((words)x & mask); }, a);
+}
+ZRT_INLINE values joined(const values& a, const values& b) {
+  return mapped([](lanes x, lanes y) { return (lanes)((words)x | (words)y); }, a, b);
+}
+ZRT_INLINE values image_sum(const values& a, const values& b) {
+  return mapped([](lanes x, lanes y) { return (lanes)((words)x + (words)y); }, a, b);
+}
+ZRT_INLINE values image_plus(const values& a, unsigned long long n) {
+  return mapped([=](lanes x) { return (lanes)((words)x + n); }, a);
+}
+ZRT_INLINE values image_less(const values& a, unsigned long long n) { return image_plus(a, -n); }
+ZRT_INLINE choice is_odd_image(const values& a) {
+  return tested([](lanes x) { return condition_of((words)x << 63); }, a);
+}
+
+/// Cut to a whole number of any size; a zero keeps the sign, a NaN passes.
+ZRT_INLINE values truncated(const values& a) {
+  return mapped(
+      [](lanes x) -> lanes {
+#if ZRT_WIDTH == 8
+        return _mm512_maskz_roundscale_pd(0xFF, x, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
+#elif ZRT_WIDTH == 4
+        return _mm256_round_pd(x, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
+#else
+        const lanes size = magnitude(x), nearest = (size + 0x1p52) - 0x1p52;
+        const lanes whole = nearest - (lanes)((words)(nearest > size) & (words)all(1.0));
+        return with_sign_of(select((words)(size < 0x1p52), whole, size), x);
+#endif
+      },
+      a);
 }
 
 /// A whole number in (-2**31, 2**31), and the same in the low bits of an image.
@@ -173,6 +222,7 @@ ZRT_INLINE whole_values truncated_whole(const values& x, std::int32_t&) {
 ZRT_INLINE values odd_sign(const whole_values& n) {
   return mapped([](lanes integer) { return (lanes)((words)integer << 63); }, n.integer);
 }
+ZRT_INLINE choice is_odd(const whole_values& n) { return is_odd_image(n.integer); }
 ZRT_INLINE values power_of_two(const whole_values& n) {
   return mapped([](lanes integer) { return (lanes)(((words)integer + 1023ULL) << 52); }, n.integer);
 }
@@ -192,13 +242,7 @@ ZRT_INLINE values stored(const values& a) {
       },
       a);
 }
-template <format F>
-ZRT_INLINE values stored_in(F&, const values& a) {
-  return stored<F>(a);
-}
-
-// --- Steps that depend on the type
-// -----------------------------------------------------------------
+// --- Steps that depend on the type ---------------------------------------------------------------
 
 /// y 2**(n + 1), as the kernel has it: 2 y lies within [0.7, 1.42].
 template <format F>
@@ -215,8 +259,61 @@ ZRT_INLINE values leading_piece(const values& a) {
   return mapped([](lanes x) { return (lanes)((words)x & ~((1ULL << shift) - 1)); }, stored<F>(a));
 }
 
-// --- Arrays
-// ----------------------------------------------------------------------------------------
+/// A positive normal number as 2**m y with y in [1, 2), and the row of the table that stands for y:
+/// the nearest of 1 + j / 128.
+struct table_argument {
+  values exponent, significand, node, offset;  // of row j, in elements, as an integer
+};
+ZRT_INLINE table_argument table_argument_of(const values& x) {
+  constexpr unsigned long long fraction = (1ULL << 52) - 1, one = 0x3FFULL << 52,
+                               rest = (1ULL << 45) - 1;
+  table_argument a;
+  a.exponent = mapped(
+      [](lanes v) { return (lanes)((words)v >> 52 | 0x4330000000000000) - (0x1p52 + 1023.0); }, x);
+  a.significand = mapped([](lanes v) { return (lanes)(((words)v & fraction) | one); }, x);
+  // A half of the rest does not carry.
+  const values rounded =
+      mapped([](lanes v) { return (lanes)(((words)v & fraction) + (rest >> 1)); }, x);
+  a.node = mapped([](lanes v) { return (lanes)(((words)v & ~rest) + one); }, rounded);
+  a.offset = mapped(
+      [](lanes v) {
+        const words j = (words)v >> 45;
+        return (lanes)(j + j + j);
+      },
+      rounded);
+  return a;
+}
+
+/// The elements at the offsets.
+ZRT_INLINE lanes gathered(const double* table, lanes offset) {
+#if ZRT_WIDTH == 8
+  return _mm512_mask_i64gather_pd(lanes{}, 0xFF, (__m512i)offset, table, 8);
+#elif ZRT_WIDTH == 4
+  return _mm256_mask_i64gather_pd(lanes{}, table, (__m256i)offset, (lanes)~words{}, 8);
+#else
+  const words at = (words)offset;
+  return lanes{table[at[0]], table[at[1]]};
+#endif
+}
+ZRT_INLINE lanes gathered(const float* table, lanes offset) {
+#if ZRT_WIDTH == 8
+  const __m256 row = _mm512_mask_i64gather_ps(__m256{}, 0xFF, (__m512i)offset, table, 4);
+  return _mm512_maskz_cvtps_pd(0xFF, row);
+#elif ZRT_WIDTH == 4
+  const __m128 row =
+      _mm256_mask_i64gather_ps(__m128{}, table, (__m256i)offset, (__m128)_mm_set1_epi32(-1), 4);
+  return _mm256_cvtps_pd(row);
+#else
+  const words at = (words)offset;
+  return lanes{double{table[at[0]]}, double{table[at[1]]}};
+#endif
+}
+template <class F>
+ZRT_INLINE values gathered(const F& first, const values& offset) {
+  return mapped([&](lanes at) { return gathered(&first, at); }, offset);
+}
+
+// --- Arrays --------------------------------------------------------------------------------------
 
 ZRT_INLINE lanes load_part(const double* p) { return read(p); }
 ZRT_INLINE void store_part(double* p, lanes x) { write(p, x); }
