@@ -9,17 +9,15 @@ namespace {
 
 using real::identity_below;
 
-/// No lane is rare: within the limits a small r vanishes beside 0.5, and a result at the end of the
-/// range is rounded once.
+/// Rare: results near the ends of the range and beyond, and operands near half a multiple of ln 2.
 template <format F>
-ZRT_INLINE values natural_exponential(const values& x, choice&) {
+ZRT_INLINE values natural_exponential(const values& x, choice& rare) {
   using c = real::exponential_constants<F>;
-  std::int32_t slot;
-  const whole_values n = truncated_whole(x * c::log2_e + with_sign_of(values(0.5), x), slot);
-  const values half = real::half_exponential<F>(real::less_multiple_of_ln_2<F>(x, n.value));
-  const values r = scaled<F>(stored<F>(half), n);
-  const values above = chosen(less_equal(x, c::upper), r, __builtin_inf());
-  return chosen(less(x, c::lower), 0.0, above);
+  const near_whole<1> n(x * c::log2_e);
+  const values r = real::less_multiple_of_ln_2<F>(x, n.value);
+  rare =
+      ~(less(r * r, real::clear_of_half) & less(fabs(x), std::same_as<F, double> ? 708.0 : 87.0));
+  return image_sum(stored<F>(real::half_exponential<F>(r)), as_exponent(n.shifted));
 }
 
 /// No lane is rare: of a REAL*8 below the identity's limit the polynomial gives f itself.

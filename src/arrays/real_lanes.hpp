@@ -183,6 +183,18 @@ ZRT_INLINE choice is_odd_image(const values& a) {
   return tested([](lanes x) { return condition_of((words)x << 63); }, a);
 }
 
+/// A whole number near x, |x| below 2**50, and `bias` more of it in the low bits of `shifted`.
+template <int bias>
+struct near_whole {
+  values shifted, value;
+  ZRT_INLINE explicit near_whole(const values& x)
+      : shifted(x + (0x1.8p52 + bias)), value(shifted - (0x1.8p52 + bias)) {}
+};
+/// The low bits as an exponent.
+ZRT_INLINE values as_exponent(const values& image) {
+  return mapped([](lanes x) { return (lanes)((words)x << 52); }, image);
+}
+
 /// Cut to a whole number of any size; a zero keeps the sign, a NaN passes.
 ZRT_INLINE values truncated(const values& a) {
   return mapped(
@@ -223,10 +235,6 @@ ZRT_INLINE values odd_sign(const whole_values& n) {
   return mapped([](lanes integer) { return (lanes)((words)integer << 63); }, n.integer);
 }
 ZRT_INLINE choice is_odd(const whole_values& n) { return is_odd_image(n.integer); }
-ZRT_INLINE values power_of_two(const whole_values& n) {
-  return mapped([](lanes integer) { return (lanes)(((words)integer + 1023ULL) << 52); }, n.integer);
-}
-
 template <format F>
 ZRT_INLINE values stored(const values& a) {
   if constexpr (std::same_as<F, double>) return a;
@@ -243,14 +251,6 @@ ZRT_INLINE values stored(const values& a) {
       a);
 }
 // --- Steps that depend on the type ---------------------------------------------------------------
-
-/// y 2**(n + 1), as the kernel has it: 2 y lies within [0.7, 1.42].
-template <format F>
-ZRT_INLINE values scaled(const values& y, const whole_values& n) {
-  const values result = (y + y) * power_of_two(n);
-  if constexpr (std::same_as<F, double>) return result;
-  return chosen(less(result, 0x1p-126), 0.0, result);
-}
 
 /// Of the double's image; a REAL*4 has the same fraction bits, further up.
 template <format F>

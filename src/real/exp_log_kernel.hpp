@@ -110,10 +110,13 @@ template <format F>
     return zero_or_between(x, 0x1p-126f, 87.0f);
 }
 
+/// The rest r of an ordinary x less the nearest n ln 2 tells that n is that of the steps: their
+/// product with log2 e is n + r / ln 2 within 2**-17, so that r**2 below this leaves it 2**-15
+/// clear of a half.
+inline constexpr double clear_of_half = 0.1201;
+
 #if defined(__x86_64__)
-/// e**x for ordinary operands. r tells that n is that of the steps: their product with log2 e is
-/// n + r / ln 2 within 2**-17, so that r**2 below 0.1201 leaves it 2**-15 clear of a half. n + 1
-/// goes into the exponent of the stored e**r / 2 as an integer.
+/// e**x for ordinary operands. n + 1 goes into the exponent of the stored e**r / 2 as an integer.
 template <format F>
 [[gnu::always_inline]] inline bool quick_exponential(const F& x, F& result) {
   using c = exponential_constants<F>;
@@ -121,7 +124,7 @@ template <format F>
   const double value = load<double>(x);
   const quick_whole<1> n(value * c::log2_e);
   const double r = less_multiple_of_ln_2<F>(value, n.value);
-  if (!less(r * r, 0.1201)) return false;
+  if (!less(r * r, clear_of_half)) return false;
   const __m128i y = packed(static_cast<F>(half_exponential<F>(r)));
   const __m128i exponent = moved_up<F>(packed(n.shifted), layout<F>::fraction_bits);
   result = unpacked<F>(add_images<F>(y, exponent));
