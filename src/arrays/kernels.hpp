@@ -102,8 +102,10 @@ struct kernels {
   linear_kernels<cquad> complex;
   extreme_kernel extreme;
 #define ZRT_REAL_FUNCTION(type, stem, name) unary_kernel<type> stem;
+#define ZRT_REAL_OPERATION(type, stem, name) binary_kernel<type> stem;
 #include "arrays/real_kernels.inc"
 #undef ZRT_REAL_FUNCTION
+#undef ZRT_REAL_OPERATION
 };
 
 /// Partial sums of a sum.

@@ -15,6 +15,7 @@
 #else
 #define ZRT_REAL_FUNCTION(type, stem, name) over_reals<type, __zorvik_##stem>,
 #endif
+#define ZRT_REAL_OPERATION ZRT_REAL_FUNCTION
 
 #define ZRT_TEXT_OF(name) #name
 #define ZRT_NAME_OF(level) ZRT_TEXT_OF(level)

@@ -64,11 +64,28 @@ void over_reals(index n, view<F> x, array<F> result) {
   }
 }
 
+template <class F, values (*function)(const values&, const values&, choice&), auto entry>
+void over_reals(index n, view<F> x, view<F> y, array<F> result) {
+  for (index i = 0; i < n; i += span) {
+    const index count = least(span, n - i);
+    choice rare;
+    const values r = function(fetch_values(x, i, count), fetch_values(y, i, count), rare);
+    put_values(result, i, count, r, rare,
+               [&](index j) { return called<entry, F>(x.at[j * x.step], y.at[j * y.step]); });
+  }
+}
+
 #else
 
 template <class F, auto entry>
 void over_reals(index n, view<F> x, array<F> result) {
   for (index i = 0; i < n; ++i) result.at[i * result.step] = called<entry, F>(x.at[i * x.step]);
+}
+
+template <class F, auto entry>
+void over_reals(index n, view<F> x, view<F> y, array<F> result) {
+  for (index i = 0; i < n; ++i)
+    result.at[i * result.step] = called<entry, F>(x.at[i * x.step], y.at[i * y.step]);
 }
 
 #endif

@@ -195,10 +195,83 @@ ZRT_INLINE values nearest_whole(const values& x, choice&) {
   return flipped_by(sign, truncated(flipped_by(sign, x) + 0.5));
 }
 
+/// Rare: what leaves the normal range as radians.
+template <format F, values (*function)(const values&, choice&)>
+ZRT_INLINE values of_degrees(const values& x, choice& rare) {
+  const values a = fabs(x);
+  rare = rare | (less(0.0, a) & less(a, 64.0 * real::smallest_normal<F>));
+  return function(stored<F>(x * real::circular_constants<F>::radians), rare);
+}
+template <format F>
+ZRT_INLINE values sine_of_degrees(const values& x, choice& rare) {
+  return of_degrees<F, sine<F>>(x, rare);
+}
+template <format F>
+ZRT_INLINE values cosine_of_degrees(const values& x, choice& rare) {
+  return of_degrees<F, cosine<F>>(x, rare);
+}
+template <format F>
+ZRT_INLINE values tangent_of_degrees(const values& x, choice& rare) {
+  return of_degrees<F, tangent<F>>(x, rare);
+}
+
+/// Those of the arcsine and arccosine of REAL*4 have the factor of REAL*8. Rare: subnormals.
+template <format F, values (*function)(const values&, choice&)>
+ZRT_INLINE values in_degrees(const values& x, double factor, choice& rare) {
+  const values a = fabs(x);
+  rare = rare | (less(0.0, a) & less(a, real::smallest_normal<F>));
+  return function(x, rare) * factor;
+}
+template <format F>
+ZRT_INLINE values arcsine_in_degrees(const values& x, choice& rare) {
+  return in_degrees<F, arcsine<F>>(x, real::arctangent_constants<double>::degrees, rare);
+}
+template <format F>
+ZRT_INLINE values arccosine_in_degrees(const values& x, choice& rare) {
+  return in_degrees<F, arccosine<F>>(x, real::arctangent_constants<double>::degrees, rare);
+}
+template <format F>
+ZRT_INLINE values arctangent_in_degrees(const values& x, choice& rare) {
+  return in_degrees<F, arctangent<F>>(x, real::arctangent_constants<F>::degrees, rare);
+}
+
+/// Zeros and NaNs give +0.0, a negative fraction rounded up -0.0.
+template <format F>
+ZRT_INLINE values whole_below(const values& x, choice&) {
+  const values t = truncated(x);
+  return chosen(less_equal(x, x), chosen(less(x, t), t - 1.0, t) + 0.0, 0.0);
+}
+template <format F>
+ZRT_INLINE values whole_above(const values& x, choice&) {
+  const values t = truncated(x);
+  return chosen(less(x, 0.0) | less(0.0, x), chosen(less(t, x), t + 1.0, t), 0.0);
+}
+
 /// The sum makes a signalling NaN quiet.
 template <format F>
 ZRT_INLINE values absolute(const values& x, choice&) {
   return fabs(x) + 0.0;
+}
+
+/// |a| with the sign of b, which zeros and NaNs do not have.
+template <format F>
+ZRT_INLINE values sign_transfer(const values& a, const values& b, choice&) {
+  return flipped_by(sign_where(less(b, 0.0)), fabs(a) + 0.0);
+}
+/// +0.0 for what is less, and for NaNs.
+template <format F>
+ZRT_INLINE values positive_difference(const values& a, const values& b, choice&) {
+  const values difference = a - b;
+  return chosen(less_equal(0.0, difference), difference, 0.0);
+}
+/// a - trunc(a / p) p. Rare: where an intermediate of the register exceeds a double's range, and
+/// divisors that are zero, infinite or NaNs.
+template <format F>
+ZRT_INLINE values remainder(const values& a, const values& p, choice& rare) {
+  const values quotient = truncated(a / p), size = fabs(p);
+  rare = rare | ~(less(fabs(a), 0x1p1023) & less(fabs(quotient), 0x1p1023) & less(0.0, size) &
+                  less(size, __builtin_inf()));
+  return a - quotient * p;
 }
 
 }  // namespace
