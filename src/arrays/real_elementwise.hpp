@@ -3,26 +3,9 @@
 // Loops over the elements of REAL*8 and REAL*4 arrays, on lanes and by the entries.
 
 #include "arrays/scalar.hpp"
-#include "frame/x87.hpp"
 
 namespace zrt::arrays::ZRT_LEVEL {
 namespace {
-
-/// Calls an entry with elements where they lie, on i386 as words: a copy by the FPU would quiet a
-/// signalling NaN.
-template <auto entry, class R, class... A>
-ZRT_INLINE R called(const A&... x) {
-#if defined(__i386__)
-  struct words_of {
-    std::uint32_t word[sizeof(R) / 4];
-  };
-  using passing = R (*)(std::conditional_t<true, words_of, A>...);
-  const auto call = reinterpret_cast<passing>(reinterpret_cast<void (*)()>(entry));
-  return static_cast<R>(call(__builtin_bit_cast(words_of, x)...));
-#else
-  return static_cast<R>(entry(x...));
-#endif
-}
 
 #if defined(ZRT_WIDTH)
 
@@ -59,8 +42,7 @@ void over_reals(index n, view<F> x, array<F> result) {
     const index count = least(span, n - i);
     choice rare;
     const values r = function(fetch_values(x, i, count), rare);
-    put_values(result, i, count, r, rare,
-               [&](index j) { return called<entry, F>(x.at[j * x.step]); });
+    put_values(result, i, count, r, rare, [&](index j) { return entry(x.at[j * x.step]); });
   }
 }
 
@@ -71,7 +53,7 @@ void over_reals(index n, view<F> x, view<F> y, array<F> result) {
     choice rare;
     const values r = function(fetch_values(x, i, count), fetch_values(y, i, count), rare);
     put_values(result, i, count, r, rare,
-               [&](index j) { return called<entry, F>(x.at[j * x.step], y.at[j * y.step]); });
+               [&](index j) { return entry(x.at[j * x.step], y.at[j * y.step]); });
   }
 }
 
@@ -79,13 +61,13 @@ void over_reals(index n, view<F> x, view<F> y, array<F> result) {
 
 template <class F, auto entry>
 void over_reals(index n, view<F> x, array<F> result) {
-  for (index i = 0; i < n; ++i) result.at[i * result.step] = called<entry, F>(x.at[i * x.step]);
+  for (index i = 0; i < n; ++i) result.at[i * result.step] = entry(x.at[i * x.step]);
 }
 
 template <class F, auto entry>
 void over_reals(index n, view<F> x, view<F> y, array<F> result) {
   for (index i = 0; i < n; ++i)
-    result.at[i * result.step] = called<entry, F>(x.at[i * x.step], y.at[i * y.step]);
+    result.at[i * result.step] = entry(x.at[i * x.step], y.at[i * y.step]);
 }
 
 #endif
