@@ -186,38 +186,50 @@ void add_rows(const char* subject) {
 
 constexpr int reals = 1000;
 
-/// A routine over elements, a loop over its entry, and libmvec's function at the level in use.
+/// A routine over elements of one operand or two, a loop over its entry, and libmvec's function at
+/// the level in use.
 template <class F>
 struct function_rows {
   const char* name;
-  double low, high;
-  int (*routine)(std::ptrdiff_t, const F*, std::ptrdiff_t, F*, std::ptrdiff_t);
-  F (*entry)(F);
+  double low, high;  // of the first operand; a second one lies in [0.1, 50]
   void (*avx2)(const F*, F*) = nullptr;
   void (*avx512)(const F*, F*) = nullptr;
 
+  static std::vector<F> drawn(double from, double to) {
+    std::mt19937_64 random(5);
+    std::uniform_real_distribution<double> part(from, to);
+    std::vector<F> values(reals + 16);  // the last vector is whole
+    for (F& value : values) value = static_cast<F>(part(random));
+    return values;
+  }
   template <class Run>
   void add(const char* subject, Run run) const {
-    std::mt19937_64 random(5);
-    std::uniform_real_distribution<double> part(low, high);
-    auto x = std::make_shared<std::vector<F>>(reals + 16);  // the last vector is whole
-    for (F& value : *x) value = static_cast<F>(part(random));
-    auto r = std::make_shared<std::vector<F>>(x->size());
+    struct memory {
+      std::vector<F> x, y, r;
+    };
+    auto data = std::make_shared<memory>(memory{drawn(low, high), drawn(0.1, 50), drawn(0, 1)});
     rows().push_back({std::string("array_") + name + "_1000", subject, 0, [=](long calls) {
                         for (long i = 0; i < calls; ++i) {
-                          run(x->data(), r->data());
-                          asm volatile("" : : "r"(r->data()) : "memory");
+                          run(data->x.data(), data->y.data(), data->r.data());
+                          asm volatile("" : : "r"(data->r.data()) : "memory");
                         }
                       }});
   }
-  void add_all() const {
-    add(own, [=, call = routine](const F* x, F* r) { call(reals, x, 1, r, 1); });
-    add("loop over the entry", [=, call = entry](const F* x, F* r) {
-      for (int i = 0; i < reals; ++i) r[i] = call(x[i]);
+  using size = std::ptrdiff_t;
+  void of(int (*routine)(size, const F*, size, F*, size), F (*entry)(F)) const {
+    add(own, [=](const F* x, const F*, F* r) { routine(reals, x, 1, r, 1); });
+    add("loop over the entry", [=](const F* x, const F*, F* r) {
+      for (int i = 0; i < reals; ++i) r[i] = entry(x[i]);
     });
     const std::string level = zorvikrt_arrays_level();
-    if (avx2 != nullptr && level == "avx2") add("libmvec", avx2);
-    if (avx512 != nullptr && level == "avx512") add("libmvec", avx512);
+    const auto peer = level == "avx2" ? avx2 : level == "avx512" ? avx512 : nullptr;
+    if (peer != nullptr) add("libmvec", [=](const F* x, const F*, F* r) { peer(x, r); });
+  }
+  void of(int (*routine)(size, const F*, size, const F*, size, F*, size), F (*entry)(F, F)) const {
+    add(own, [=](const F* x, const F* y, F* r) { routine(reals, x, 1, y, 1, r, 1); });
+    add("loop over the entry", [=](const F* x, const F* y, F* r) {
+      for (int i = 0; i < reals; ++i) r[i] = entry(x[i], y[i]);
+    });
   }
 };
 
@@ -251,9 +263,8 @@ BENCH_LIBMVEC(atan)
 #endif
 
 void add_real_rows() {
-#define BENCH_FUNCTION(type, stem, low, high, ...)                                          \
-  function_rows<type>{#stem, low, high, zorvikrt_array_##stem, __zorvik_##stem __VA_ARGS__} \
-      .add_all();
+#define BENCH_FUNCTION(type, stem, low, high, ...) \
+  function_rows<type>{#stem, low, high __VA_ARGS__}.of(zorvikrt_array_##stem, __zorvik_##stem);
   BENCH_FUNCTION(double, dexp, -20, 20, BENCH_PEER(exp))
   BENCH_FUNCTION(double, dlog, 1e-3, 1e3, BENCH_PEER(log))
   BENCH_FUNCTION(double, dlog10, 1e-3, 1e3, BENCH_PEER(log10))
@@ -266,6 +277,12 @@ void add_real_rows() {
   BENCH_FUNCTION(double, dsqrt, 1e-3, 1e3)
   BENCH_FUNCTION(double, dint, -1e6, 1e6)
   BENCH_FUNCTION(double, dnint, -1e4, 1e4)
+  BENCH_FUNCTION(double, dabs, -1e3, 1e3)
+  BENCH_FUNCTION(double, dsind, -1e3, 1e3)
+  BENCH_FUNCTION(double, f90floor, -1e4, 1e4)
+  BENCH_FUNCTION(double, dmod, -1e3, 1e3)
+  BENCH_FUNCTION(double, ddim, -1e3, 1e3)
+  BENCH_FUNCTION(double, dsign, -1e3, 1e3)
   BENCH_FUNCTION(float, exp, -20, 20, BENCH_PEER(exp))
   BENCH_FUNCTION(float, alog, 1e-3, 1e3, BENCH_PEER(log))
   BENCH_FUNCTION(float, alog10, 1e-3, 1e3, BENCH_PEER(log10))
@@ -278,6 +295,7 @@ void add_real_rows() {
   BENCH_FUNCTION(float, sqrt, 1e-3, 1e3)
   BENCH_FUNCTION(float, aint, -1e4, 1e4)
   BENCH_FUNCTION(float, anint, -1e4, 1e4)
+  BENCH_FUNCTION(float, amod, -1e3, 1e3)
 }
 
 const registered array_rows([] {

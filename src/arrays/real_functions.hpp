@@ -26,8 +26,7 @@ ZRT_INLINE values sine_or_cosine(const values& x, choice&) {
   using c = real::circular_constants<F>;
   const values a = fabs(x);
   const values y = is_cosine ? stored<F>(a + c::half_pi) : a;
-  std::int32_t slot;
-  const whole_values n = truncated_whole(y * c::reciprocal_pi + 0.5, slot);
+  const whole_values n = truncated_whole(y * c::reciprocal_pi + 0.5);
   const values f = real::less_multiple_of_pi<F>(a, is_cosine ? n.value - 0.5 : n.value);
   values r = real::sine_polynomial<F>(f);
   if constexpr (std::same_as<F, float>) r = chosen(less(fabs(f), identity_below<F>), f, r);
@@ -71,8 +70,7 @@ template <format F>
 ZRT_INLINE values tangent(const values& x, choice&) {
   using c = real::tangent_constants<F>;
   const values a = fabs(x);
-  std::int32_t slot;
-  const whole_values n = truncated_whole(a * c::reciprocal_half_pi + 0.5, slot);
+  const whole_values n = truncated_whole(a * c::reciprocal_half_pi + 0.5);
   const values multiple = flipped_by(sign_of(x), n.value) + 0.0;
   const values f = real::less_multiple_of_half_pi<F>(x, multiple);
   const values g = f * f;

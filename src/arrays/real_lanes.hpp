@@ -154,9 +154,6 @@ ZRT_INLINE bool any(const choice& a) { return bits_of(a) != 0; }
 
 ZRT_INLINE values fabs(const values& a) { return mapped(magnitude, a); }
 ZRT_INLINE values fsqrt(const values& a) { return mapped(square_root, a); }
-ZRT_INLINE values with_sign_of(const values& size, const values& x) {
-  return mapped([](lanes s, lanes y) { return with_sign_of(s, y); }, size, x);
-}
 /// The sign bits alone.
 ZRT_INLINE values sign_of(const values& a) {
   return mapped([](lanes x) { return (lanes)((words)x & sign_bit); }, a);
@@ -216,7 +213,7 @@ ZRT_INLINE values truncated(const values& a) {
 struct whole_values {
   values value, integer;
 };
-ZRT_INLINE whole_values truncated_whole(const values& x, std::int32_t&) {
+ZRT_INLINE whole_values truncated_whole(const values& x) {
   whole_values n;
   for (int p = 0; p < abreast; ++p) {
 #if ZRT_WIDTH == 4
