@@ -66,11 +66,10 @@ template <format F, class Kernel, class... Operands>
 [[gnu::noinline]] result<F> on_register(Kernel kernel, Operands... operands) {
   return returned<F>(kernel.template operator()<reg>(operands...));
 }
-/// The same for what a quick kernel leaves, most of it still ordinary.
-template <format F, class Ordinary, class Kernel>
-[[gnu::noinline]] result<F> by_steps(Ordinary is_ordinary, Kernel kernel, F x) {
-  if (!is_ordinary(x)) return on_register<F>(kernel, x);
-  return static_cast<F>(kernel.template operator()<double>(x));
+/// What a quick kernel leaves.
+template <class R, class Steps, class... Operands>
+[[gnu::noinline]] R by_steps(Steps steps, Operands... operands) {
+  return steps(operands...);
 }
 #endif
 
@@ -87,19 +86,26 @@ template <format F, class Kernel, class... Operands>
 #endif
 }
 
-/// The same, on x86-64 with a quick kernel ahead: it gives the bits of the steps where it returns
+/// What `steps` give, on x86-64 with a quick kernel ahead: that gives their bits where it returns
 /// true, and leaves to them what it cannot tell.
-template <format F, class Quick, class Ordinary, class Kernel>
-[[gnu::always_inline]] inline result<F> evaluated_quickly([[maybe_unused]] Quick quick,
-                                                          [[maybe_unused]] Ordinary is_ordinary,
-                                                          Kernel kernel, const F& x) {
+template <class R, class Quick, class Steps, class... Operands>
+[[gnu::always_inline]] inline R quickly([[maybe_unused]] Quick quick, Steps steps,
+                                        const Operands&... operands) {
 #if defined(__x86_64__)
-  F y;
-  if (__builtin_expect(quick(x, y), true)) return y;
-  return by_steps<F>(is_ordinary, kernel, x);
+  R y;
+  if (__builtin_expect(quick(operands..., y), true)) return y;
+  return by_steps<R>(steps, operands...);
 #else
-  return returned<F>(kernel.template operator()<reg>(x));
+  return steps(operands...);
 #endif
+}
+
+/// The same for a function with a kernel on both models.
+template <format F, class Quick, class Ordinary, class Kernel>
+[[gnu::always_inline]] inline result<F> evaluated_quickly(Quick quick, Ordinary is_ordinary,
+                                                          Kernel kernel, const F& x) {
+  return quickly<result<F>>(
+      quick, [=](const F& a) { return evaluated<F>(is_ordinary(a), kernel, a); }, x);
 }
 
 }  // namespace zrt::real

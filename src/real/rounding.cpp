@@ -13,59 +13,68 @@
 namespace zrt::real {
 namespace {
 
-/// |x|: the load quiets a signalling NaN; every NaN loses its sign.
 template <format F>
-reg magnitude(const F& x) {
-  return fabs(load(x));
+[[gnu::always_inline]] inline result<F> integral_part_of(const F& x) {
+  return quickly<result<F>>([](const auto& a, auto& y) { return quick_integral_part(a, y); },
+                            [](const F& a) { return returned<F>(integral_part(a)); }, x);
 }
-
-/// |a| with the sign of b. A zero or NaN b counts as positive.
 template <format F>
-reg sign_transfer(const F& a, const F& b) {
-  const bool negative = less(load(b), 0.0L);
-  const reg size = fabs(load(a));
-  return negative ? fchs(size) : size;
+[[gnu::always_inline]] inline result<F> magnitude_of(const F& x) {
+  return quickly<result<F>>([](const auto& a, auto& y) { return quick_magnitude(a, y); },
+                            [](const F& a) { return returned<F>(magnitude(a)); }, x);
 }
-
-/// a - b where it is zero or positive, else +0.0, also for a NaN. Not stored: 2e308 stays finite.
 template <format F>
-reg positive_difference(const F& a, const F& b) {
-  const reg difference = load(a) - load(b);
-  return greater_equal(difference, 0.0L) ? difference : 0.0L;
+[[gnu::always_inline]] inline result<F> sign_transfer_of(const F& a, const F& b) {
+  return quickly<result<F>>(
+      [](const auto& c, const auto& d, auto& y) { return quick_sign_transfer(c, d, y); },
+      [](const F& c, const F& d) { return returned<F>(sign_transfer(c, d)); }, a, b);
 }
-
-/// a - trunc(a / p) p, each operation rounded to 53 bits; a quotient of more than 53 bits leaves
-/// what these roundings give. A zero or NaN p gives the library's NaN, before a is looked at.
 template <format F>
-reg remainder(const F& a, const F& p) {
-  const reg divisor = load(p);
-  if (compares_equal(divisor, 0.0L)) return quiet_nan;
-  const reg dividend = load(a);
-  const reg quotient = truncated(dividend / divisor);
-  return dividend - quotient * divisor;
+[[gnu::always_inline]] inline result<F> positive_difference_of(const F& a, const F& b) {
+  return quickly<result<F>>(
+      [](const auto& c, const auto& d, auto& y) { return quick_positive_difference(c, d, y); },
+      [](const F& c, const F& d) { return returned<F>(positive_difference(c, d)); }, a, b);
+}
+template <format F>
+[[gnu::always_inline]] inline result<F> remainder_of(const F& a, const F& p) {
+  return quickly<result<F>>(
+      [](const auto& c, const auto& d, auto& y) { return quick_remainder(c, d, y); },
+      [](const F& c, const F& d) { return returned<F>(remainder(c, d)); }, a, p);
 }
 
 template <format F>
 [[gnu::always_inline]] inline result<F> nearest_whole_of(const F& x) {
-  return evaluated<F>(
-      is_ordinary_to_round(x), []<class V>(const F& a) { return nearest_whole<V>(a); }, x);
+  return evaluated_quickly<F>([](const auto& a, auto& y) { return quick_nearest_whole(a, y); },
+                              is_ordinary_to_round<F>,
+                              []<class V>(const F& a) { return nearest_whole<V>(a); }, x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> floor_of(const F& x) {
-  return evaluated<F>(
-      is_ordinary_to_round(x), []<class V>(const F& a) { return floor(load<V>(a)); }, x);
+  return evaluated_quickly<F>([](const auto& a, auto& y) { return quick_floor(a, y); },
+                              is_ordinary_to_round<F>,
+                              []<class V>(const F& a) { return floor(load<V>(a)); }, x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> ceiling_of(const F& x) {
-  return evaluated<F>(
-      is_ordinary_to_round(x), []<class V>(const F& a) { return ceiling(load<V>(a)); }, x);
+  return evaluated_quickly<F>([](const auto& a, auto& y) { return quick_ceiling(a, y); },
+                              is_ordinary_to_round<F>,
+                              []<class V>(const F& a) { return ceiling(load<V>(a)); }, x);
 }
 
-/// The nearest 32-bit integer, ties away from zero; out of range and NaN give 0x80000000.
 template <format F>
-std::int32_t nearest_integer(const F& x) {
-  const reg value = load(x);
-  return truncated_to_int32(greater(0.0L, value) ? value - 0.5L : value + 0.5L);
+[[gnu::always_inline]] inline std::int32_t nearest_integer_of(const F& x) {
+  return quickly<std::int32_t>([](const auto& a, auto& y) { return quick_nearest_integer(a, y); },
+                               [](const F& a) { return nearest_integer(a); }, x);
+}
+template <format F>
+[[gnu::always_inline]] inline std::int32_t integer_floor_of(const F& x) {
+  return quickly<std::int32_t>([](const auto& a, auto& y) { return quick_integer_floor(a, y); },
+                               [](const F& a) { return truncated_to_int32(floor(load(a))); }, x);
+}
+template <format F>
+[[gnu::always_inline]] inline std::int32_t integer_ceiling_of(const F& x) {
+  return quickly<std::int32_t>([](const auto& a, auto& y) { return quick_integer_ceiling(a, y); },
+                               [](const F& a) { return truncated_to_int32(ceiling(load(a))); }, x);
 }
 
 /// The low 16 bits of an integer result, sign-extended: nothing saturates.
@@ -77,44 +86,40 @@ std::int32_t low_half(std::int32_t value) { return static_cast<std::int16_t>(val
 using namespace zrt;
 using namespace zrt::real;
 
-ZRT_VALUE(real8_result, dint)(real8 x) { return returned<double>(integral_part(x)); }
-ZRT_VALUE(real4_result, aint)(real4 x) { return returned<float>(integral_part(x)); }
+ZRT_VALUE(real8_result, dint)(real8 x) { return integral_part_of(x); }
+ZRT_VALUE(real4_result, aint)(real4 x) { return integral_part_of(x); }
 
-ZRT_VALUE(real8_result, dabs)(real8 x) { return returned<double>(magnitude(x)); }
-ZRT_VALUE(real4_result, abs)(real4 x) { return returned<float>(magnitude(x)); }
+ZRT_VALUE(real8_result, dabs)(real8 x) { return magnitude_of(x); }
+ZRT_VALUE(real4_result, abs)(real4 x) { return magnitude_of(x); }
 
-ZRT_VALUE(real8_result, dsign)(real8 a, real8 b) { return returned<double>(sign_transfer(a, b)); }
-ZRT_VALUE(real4_result, sign)(real4 a, real4 b) { return returned<float>(sign_transfer(a, b)); }
+ZRT_VALUE(real8_result, dsign)(real8 a, real8 b) { return sign_transfer_of(a, b); }
+ZRT_VALUE(real4_result, sign)(real4 a, real4 b) { return sign_transfer_of(a, b); }
 
-ZRT_VALUE(real8_result, ddim)(real8 a, real8 b) {
-  return returned<double>(positive_difference(a, b));
-}
-ZRT_VALUE(real4_result, dim)(real4 a, real4 b) {
-  return returned<float>(positive_difference(a, b));
-}
+ZRT_VALUE(real8_result, ddim)(real8 a, real8 b) { return positive_difference_of(a, b); }
+ZRT_VALUE(real4_result, dim)(real4 a, real4 b) { return positive_difference_of(a, b); }
 
 // The 48-bit product is exact.
 ZRT_VALUE(real8_result, dprod)(real4 a, real4 b) { return returned<double>(load(a) * load(b)); }
 
-ZRT_VALUE(real8_result, dmod)(real8 a, real8 p) { return returned<double>(remainder(a, p)); }
-ZRT_VALUE(real4_result, amod)(real4 a, real4 p) { return returned<float>(remainder(a, p)); }
+ZRT_VALUE(real8_result, dmod)(real8 a, real8 p) { return remainder_of(a, p); }
+ZRT_VALUE(real4_result, amod)(real4 a, real4 p) { return remainder_of(a, p); }
 
 ZRT_VALUE(real8_result, dnint)(real8 x) { return nearest_whole_of(x); }
 ZRT_VALUE(real4_result, anint)(real4 x) { return nearest_whole_of(x); }
 
-ZRT_VALUE(std::int32_t, idnint)(real8 x) { return nearest_integer(x); }
-ZRT_VALUE(std::int32_t, jidnnt)(real8 x) { return nearest_integer(x); }
-ZRT_VALUE(std::int32_t, iidnnt)(real8 x) { return low_half(nearest_integer(x)); }
-ZRT_VALUE(std::int32_t, nint)(real4 x) { return nearest_integer(x); }
-ZRT_VALUE(std::int32_t, jnint)(real4 x) { return nearest_integer(x); }
-ZRT_VALUE(std::int32_t, inint)(real4 x) { return low_half(nearest_integer(x)); }
+ZRT_VALUE(std::int32_t, idnint)(real8 x) { return nearest_integer_of(x); }
+ZRT_VALUE(std::int32_t, jidnnt)(real8 x) { return nearest_integer_of(x); }
+ZRT_VALUE(std::int32_t, iidnnt)(real8 x) { return low_half(nearest_integer_of(x)); }
+ZRT_VALUE(std::int32_t, nint)(real4 x) { return nearest_integer_of(x); }
+ZRT_VALUE(std::int32_t, jnint)(real4 x) { return nearest_integer_of(x); }
+ZRT_VALUE(std::int32_t, inint)(real4 x) { return low_half(nearest_integer_of(x)); }
 
 ZRT_VALUE(real8_result, f90floor)(real8 x) { return floor_of(x); }
 ZRT_VALUE(real4_result, f90floorf)(real4 x) { return floor_of(x); }
-ZRT_VALUE(std::int32_t, idfloor)(real8 x) { return truncated_to_int32(floor(load(x))); }
-ZRT_VALUE(std::int32_t, ifloor)(real4 x) { return truncated_to_int32(floor(load(x))); }
+ZRT_VALUE(std::int32_t, idfloor)(real8 x) { return integer_floor_of(x); }
+ZRT_VALUE(std::int32_t, ifloor)(real4 x) { return integer_floor_of(x); }
 
 ZRT_VALUE(real8_result, f90ceil)(real8 x) { return ceiling_of(x); }
 ZRT_VALUE(real4_result, f90ceilf)(real4 x) { return ceiling_of(x); }
-ZRT_VALUE(std::int32_t, idceil)(real8 x) { return truncated_to_int32(ceiling(load(x))); }
-ZRT_VALUE(std::int32_t, iceil)(real4 x) { return truncated_to_int32(ceiling(load(x))); }
+ZRT_VALUE(std::int32_t, idceil)(real8 x) { return integer_ceiling_of(x); }
+ZRT_VALUE(std::int32_t, iceil)(real4 x) { return integer_ceiling_of(x); }

@@ -120,6 +120,24 @@ void expect_the_same_in_both_models() {
 TEST(Models, GiveTheSameBitsInReal4) { expect_the_same_in_both_models<float>(); }
 TEST(Models, GiveTheSameBitsInReal8) { expect_the_same_in_both_models<double>(); }
 
+/// Each operand with one near it, one of any size, and itself.
+template <class F>
+void expect_the_same_of_pairs() {
+  const std::vector<F> values = operands<F>();
+  std::mt19937_64 random(14);
+  under_every_state([&](const state& s) {
+    for (const auto& f : functions_of_pairs(F{}))
+      for (std::size_t i = 0; i < values.size(); ++i)
+        for (const F b : {values[i], values[(i + random() % 64) % values.size()],
+                          values[random() % values.size()]})
+          ASSERT_EQ(bits(f.entry(values[i], b)), bits(f.on_register(values[i], b)))
+              << f.stem << " of " << std::hex << bits(values[i]) << ' ' << bits(b) << " under "
+              << s.word << ' ' << s.mxcsr;
+  });
+}
+TEST(Models, GiveTheSameBitsOfPairsInReal4) { expect_the_same_of_pairs<float>(); }
+TEST(Models, GiveTheSameBitsOfPairsInReal8) { expect_the_same_of_pairs<double>(); }
+
 TEST(Models, GiveTheSameBitsOfIntegerPowers) {
   constexpr std::uint64_t fraction = 0x8000C0FFEE123;
   under_every_state([](const state&) {

@@ -29,6 +29,17 @@ struct two_models {
 #stem, __zorvik_##stem, [](F x) { return static_cast<F>(__VA_ARGS__); } \
   }
 
+/// A function with an INTEGER*4 result, as the image of an F.
+#define ZRT_TWO_MODELS_OF_INTEGER(F, stem, ...)                                \
+  {                                                                            \
+#stem, [](F x) { return integer_image<F>(__zorvik_##stem(x)); },             \
+        [](F x) { return integer_image<F>(__VA_ARGS__); } \
+  }
+template <class F>
+F integer_image(std::int32_t value) {
+  return std::bit_cast<F>(static_cast<zrt::image_of<F>>(static_cast<std::uint32_t>(value)));
+}
+
 template <class F>
 F radians(F degrees) {
   return static_cast<F>(zrt::load(degrees) * zrt::real::circular_constants<F>::radians);
@@ -58,6 +69,11 @@ inline std::span<const two_models<float>> functions(float) {
       ZRT_TWO_MODELS(float, atand, arctangent<reg>(x) * arctangent_constants<float>::degrees),
       ZRT_TWO_MODELS(float, sinh, hyperbolic_sine<reg>(x)),
       ZRT_TWO_MODELS(float, tanh, hyperbolic_tangent<reg>(x)),
+      ZRT_TWO_MODELS(float, aint, integral_part(x)),
+      ZRT_TWO_MODELS(float, abs, magnitude(x)),
+      ZRT_TWO_MODELS_OF_INTEGER(float, nint, nearest_integer(x)),
+      ZRT_TWO_MODELS_OF_INTEGER(float, ifloor, truncated_to_int32(floor(load(x)))),
+      ZRT_TWO_MODELS_OF_INTEGER(float, iceil, truncated_to_int32(ceiling(load(x)))),
       ZRT_TWO_MODELS(float, anint, nearest_whole<reg>(x)),
       ZRT_TWO_MODELS(float, f90floorf, floor(load(x))),
       ZRT_TWO_MODELS(float, f90ceilf, ceiling(load(x)))};
@@ -89,9 +105,40 @@ inline std::span<const two_models<double>> functions(double) {
       ZRT_TWO_MODELS(double, datand, arctangent<reg>(x) * degrees),
       ZRT_TWO_MODELS(double, dsinh, hyperbolic_sine<reg>(x)),
       ZRT_TWO_MODELS(double, dtanh, hyperbolic_tangent<reg>(x)),
+      ZRT_TWO_MODELS(double, dint, integral_part(x)),
+      ZRT_TWO_MODELS(double, dabs, magnitude(x)),
+      ZRT_TWO_MODELS_OF_INTEGER(double, idnint, nearest_integer(x)),
+      ZRT_TWO_MODELS_OF_INTEGER(double, idfloor, truncated_to_int32(floor(load(x)))),
+      ZRT_TWO_MODELS_OF_INTEGER(double, idceil, truncated_to_int32(ceiling(load(x)))),
       ZRT_TWO_MODELS(double, dnint, nearest_whole<reg>(x)),
       ZRT_TWO_MODELS(double, f90floor, floor(load(x))),
       ZRT_TWO_MODELS(double, f90ceil, ceiling(load(x)))};
+  return table;
+}
+
+/// The functions of two operands.
+template <class F>
+struct two_models_of_pairs {
+  const char* stem;
+  F (*entry)(F, F);
+  F (*on_register)(F, F);
+};
+#define ZRT_TWO_MODELS_OF_PAIRS(F, stem, kernel)                                             \
+  {                                                                                          \
+#stem, __zorvik_##stem, [](F a, F b) { return static_cast<F>(zrt::real::kernel(a, b)); } \
+  }
+inline std::span<const two_models_of_pairs<float>> functions_of_pairs(float) {
+  static const two_models_of_pairs<float> table[] = {
+      ZRT_TWO_MODELS_OF_PAIRS(float, sign, sign_transfer),
+      ZRT_TWO_MODELS_OF_PAIRS(float, dim, positive_difference),
+      ZRT_TWO_MODELS_OF_PAIRS(float, amod, remainder)};
+  return table;
+}
+inline std::span<const two_models_of_pairs<double>> functions_of_pairs(double) {
+  static const two_models_of_pairs<double> table[] = {
+      ZRT_TWO_MODELS_OF_PAIRS(double, dsign, sign_transfer),
+      ZRT_TWO_MODELS_OF_PAIRS(double, ddim, positive_difference),
+      ZRT_TWO_MODELS_OF_PAIRS(double, dmod, remainder)};
   return table;
 }
 
