@@ -113,6 +113,9 @@ template <std::same_as<double> V>
 [[gnu::always_inline]] inline bool sign_bit(double a) {
   return std::bit_cast<std::uint64_t>(a) >> 63 != 0;
 }
+[[gnu::always_inline]] inline bool sign_bit(float a) {
+  return std::bit_cast<std::uint32_t>(a) >> 31 != 0;
+}
 [[gnu::always_inline]] inline double negated_if(bool negative, double value) {
   const std::uint64_t sign = std::uint64_t{negative} << 63;
   return sse_operations::held(std::bit_cast<double>(std::bit_cast<std::uint64_t>(value) ^ sign));
@@ -123,6 +126,14 @@ template <std::same_as<double> V>
   asm("vsqrtsd %0, %0, %0" : "+x"(a));
 #else
   asm("sqrtsd %0, %0" : "+x"(a));
+#endif
+  return a;
+}
+[[gnu::always_inline]] inline float fsqrt(float a) {
+#if defined(__AVX__)
+  asm("vsqrtss %0, %0, %0" : "+x"(a));
+#else
+  asm("sqrtss %0, %0" : "+x"(a));
 #endif
   return a;
 }

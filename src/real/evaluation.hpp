@@ -103,6 +103,14 @@ inline constexpr __m128i sign_image{std::same_as<F, double> ? INT64_MIN : INT64_
 template <format F>
 inline constexpr int sign_place = 8 * sizeof(F) - 1;
 template <format F>
+[[gnu::always_inline]] inline F without_sign(const F& x) {
+  return unpacked<F>(packed(x) & ~sign_image<F>);
+}
+template <format F>
+[[gnu::always_inline]] inline F with_sign_of(const F& value, const F& x) {
+  return unpacked<F>(packed(value) | (packed(x) & sign_image<F>));
+}
+template <format F>
 [[gnu::always_inline]] inline __m128i add_images(__m128i a, __m128i b) {
   if constexpr (std::same_as<F, double>) return _mm_add_epi64(a, b);
   return _mm_add_epi32(a, b);

@@ -181,6 +181,24 @@ struct logarithm_constants<float> {
   static constexpr double log10_e = 0x1.bcb7b2p-2;
 };
 
+/// The rows as the values that V computes with: a load of the register widens a REAL*4 by itself,
+/// on doubles three conversions would take longer than the steps.
+template <format F, class V>
+[[gnu::always_inline]] inline const auto& logarithm_row(std::uint32_t j) {
+  using c = logarithm_constants<F>;
+  if constexpr (std::same_as<F, float> && std::same_as<V, double>) {
+    static constexpr auto rows = [] {
+      std::array<log_row<double>, 129> wide{};
+      for (std::size_t i = 0; i < wide.size(); ++i)
+        wide[i] = {c::rows[i].leading, c::rows[i].rest, c::rows[i].reciprocal};
+      return wide;
+    }();
+    return rows[j];
+  } else {
+    return c::rows[j];
+  }
+}
+
 /// Stored, with the low fraction bits cleared, so that products of two such pieces are exact.
 template <format F, class V>
 [[gnu::always_inline]] inline V leading_piece(V value) {
@@ -262,7 +280,7 @@ template <class V, format F>
   const bool up = rest > image_of<F>{1} << (rest_bits - 1);
   const std::uint32_t j = (static_cast<std::uint32_t>(bits >> rest_bits) & 127) + up;
   const V r = y - node<V>(j);
-  const log_row<F>& row = c::rows[j];
+  const auto& row = logarithm_row<F, V>(j);
   const V exponent = load_integer<V>(m);
   const V a = exponent * c::ln2_leading + load<V>(row.leading);
   const V b = exponent * c::ln2_rest + load<V>(row.rest);

@@ -41,27 +41,44 @@ constexpr double arcsine_degrees = arctangent_constants<double>::degrees;
 template <format F>
 constexpr double arctangent_degrees = arctangent_constants<F>::degrees;
 
+template <bool cosine, format F>
+[[gnu::always_inline]] inline result<F> arcsine_or_arccosine_of(const F& x) {
+  return evaluated_quickly<F>(
+      [](const auto& a, auto& y) {
+        double angle;
+        if (!quick_arcsine<cosine>(a, angle)) return false;
+        y = static_cast<F>(angle);
+        return true;
+      },
+      has_ordinary_arcsine<F>, []<class V>(const F& a) { return arcsine<V>(a, cosine); }, x);
+}
+template <bool cosine, format F>
+[[gnu::always_inline]] inline result<F> in_degrees(const F& x) {
+  return evaluated_quickly<F>(
+      [](const auto& a, auto& y) {
+        double angle;
+        if (!quick_arcsine<cosine>(a, angle)) return false;
+        y = static_cast<F>(angle * arcsine_degrees);
+        return true;
+      },
+      has_ordinary_arcsine<F>,
+      []<class V>(const F& a) { return arcsine<V>(a, cosine) * arcsine_degrees; }, x);
+}
 template <format F>
 [[gnu::always_inline]] inline result<F> arcsine_of(const F& x) {
-  return evaluated<F>(
-      has_ordinary_arcsine(x), []<class V>(const F& a) { return arcsine<V>(a, 0); }, x);
+  return arcsine_or_arccosine_of<false>(x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> arccosine_of(const F& x) {
-  return evaluated<F>(
-      has_ordinary_arcsine(x), []<class V>(const F& a) { return arcsine<V>(a, 1); }, x);
+  return arcsine_or_arccosine_of<true>(x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> arcsine_in_degrees(const F& x) {
-  return evaluated<F>(
-      has_ordinary_arcsine(x),
-      []<class V>(const F& a) { return arcsine<V>(a, 0) * arcsine_degrees; }, x);
+  return in_degrees<false>(x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> arccosine_in_degrees(const F& x) {
-  return evaluated<F>(
-      has_ordinary_arcsine(x),
-      []<class V>(const F& a) { return arcsine<V>(a, 1) * arcsine_degrees; }, x);
+  return in_degrees<true>(x);
 }
 template <format F>
 [[gnu::always_inline]] inline result<F> arctangent_of(const F& x) {
@@ -99,7 +116,11 @@ ZRT_VALUE(real4_result, asind)(real4 x) { return arcsine_in_degrees(x); }
 ZRT_VALUE(real4_result, acosd)(real4 x) { return arccosine_in_degrees(x); }
 
 ZRT_VALUE(real8_result, datan)(real8 x) { return arctangent_of(x); }
-ZRT_VALUE(real4_result, atan)(real4 x) { return arctangent_of(x); }
+ZRT_VALUE(real4_result, atan)(real4 x) {
+  return evaluated_quickly<float>([](const auto& a, auto& y) { return quick_arctangent(a, y); },
+                                  has_ordinary_arctangent<float>,
+                                  []<class V>(const float& a) { return arctangent<V>(a); }, x);
+}
 ZRT_VALUE(real8_result, datand)(real8 x) { return arctangent_in_degrees(x); }
 ZRT_VALUE(real4_result, atand)(real4 x) { return arctangent_in_degrees(x); }
 

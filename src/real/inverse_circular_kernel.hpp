@@ -101,6 +101,55 @@ template <format F>
   return zero_or_between(x, smallest_normal<F>, F{1} + std::numeric_limits<F>::epsilon());
 }
 
+#if defined(__x86_64__)
+/// The root of (1 - s) / 2 for s in [1/2, 1) from REAL*4: the difference is one of 24 bits, and to
+/// round the root to 53 bits ahead of 24 changes nothing in any mode.
+[[gnu::always_inline]] inline float stored_double_root(float g) {
+  const float root = fsqrt(g);
+  return root + root;
+}
+[[gnu::always_inline]] inline double stored_double_root(double g) {
+  const double root = fsqrt(g);
+  return root + root;
+}
+
+/// y + y g P(g) / Q(g), stored.
+template <format F>
+[[gnu::always_inline]] inline F arcsine_series(double y, double g) {
+  using c = arcsine_constants<F>;
+  const double p = polynomial(g, c::p) * g;
+  return static_cast<F>(y + y * (p / monic_polynomial(g, c::q)));
+}
+
+/// The same for |x| between the threshold and 1, the closing sums each in its place; what is no
+/// sum there is one with zeros here, or none. The result before it is rounded to F.
+template <bool cosine, format F>
+[[gnu::always_inline]] inline bool quick_arcsine(const F& x, double& result) {
+  using c = arcsine_constants<F>;
+  if (!size_between(x, 2 * static_cast<F>(identity_below<F>), F{1})) return false;
+  const F size = without_sign(x);
+  const __m128i sign = packed(x) & sign_image<F>;
+  const auto signed_like_x = [&](F y) { return load<double>(unpacked<F>(packed(y) ^ sign)); };
+  if (size_image(x) <= size_image(F{0.5})) {
+    const double y = load<double>(size);
+    const F angle = arcsine_series<F>(y, y * y);
+    result = signed_like_x(angle);
+    if constexpr (cosine) result = (c::quarter_pi - result) + c::quarter_pi;
+    return true;
+  }
+  const F g = ((F{0.5} - size) + F{0.5}) * F{0.5};
+  const F angle = arcsine_series<F>(load<double>(stored_double_root(g)), load<double>(g));
+  if constexpr (cosine) {
+    result = load<double>(angle);
+    if (sign_bit(x)) result = (c::half_pi - result) + c::half_pi;
+  } else {
+    const double k = signed_like_x(c::quarter_pi);
+    result = (k - signed_like_x(angle)) + k;
+  }
+  return true;
+}
+#endif
+
 template <format F>
 struct arctangent_constants;
 
@@ -176,6 +225,35 @@ template <class V, format F>
   if (n > 0) f = stored<F>(f + load<V>(c::summand[n]));
   return negated_if(negative, f);
 }
+
+#if defined(__x86_64__)
+/// The same in REAL*4 with every stored value a float: rounded to 53 bits first, quotients of two
+/// floats and the closing sum, which 53 bits hold, come out the same in every mode.
+[[gnu::always_inline]] inline bool quick_arctangent(const float& x, float& result) {
+  using c = arctangent_constants<float>;
+  constexpr float threshold = identity_below<float>;
+  if (!size_between(x, 2 * threshold, 0.5f / threshold)) return false;
+  float f = without_sign(x);
+  int n = 0;
+  if (f > 1.0f) {
+    f = 1.0f / f;
+    n = 2;
+  }
+  if (f > float{c::reduced}) {
+    const double a = load<double>(f);
+    ++n;
+    f = static_cast<float>((((c::root_less_one * a - 0.5) - 0.5) + a) / (a + c::root));
+    if (!(size_image(f) > size_image(threshold))) return false;
+  }
+  const double a = load<double>(f), g = a * a;
+  const double p = polynomial(g, c::p) * g;
+  const auto angle = static_cast<float>(a + (p / monic_polynomial(g, c::q)) * a);
+  static constexpr __m128i signs[4] = {{0, 0}, {0, 0}, sign_image<float>, sign_image<float>};
+  const float sum = unpacked<float>(packed(angle) ^ signs[n]) + c::summand[n];
+  result = unpacked<float>(packed(sum) ^ (packed(x) & sign_image<float>));
+  return true;
+}
+#endif
 
 /// Ordinary: the reciprocal is normal too.
 template <format F>

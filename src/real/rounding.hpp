@@ -138,15 +138,6 @@ template <format F>
   return unpacked<float>(_mm_castps_si128(less) & packed(value));
 }
 
-template <format F>
-[[gnu::always_inline]] inline F without_sign(const F& x) {
-  return unpacked<F>(packed(x) & ~sign_image<F>);
-}
-template <format F>
-[[gnu::always_inline]] inline F with_sign_of(const F& value, const F& x) {
-  return unpacked<F>(packed(value) | (packed(x) & sign_image<F>));
-}
-
 /// Whether a rounding kernel serves x. A zero gives the result +0.0 of all of them.
 template <format F>
 [[gnu::always_inline]] inline bool is_quick_to_round(const F& x, F& zero_result) {
