@@ -238,9 +238,27 @@ template <format F, class V>
   if constexpr (std::same_as<F, double> && std::same_as<V, reg>)
     if (exponent >= -126 && exponent <= 126)
       return value * load_image<float>(static_cast<std::uint32_t>(127 - exponent) << 23);
+  if constexpr (std::same_as<F, float> && !std::same_as<V, reg>) {
+    // Its image moves to the place of a double's as an integer.
+    constexpr std::uint64_t one = std::uint64_t{1023} << 52;
+    return load_image<double, V>(std::uint64_t{bits} << 41 >> 12 | one);
+  }
   constexpr image_of<F> fraction = (image_of<F>{1} << layout<F>::fraction_bits) - 1;
   constexpr image_of<F> one = image_of<F>{layout<F>::bias} << layout<F>::fraction_bits;
   return load_image<F, V>((bits & fraction) | one);
+}
+
+/// Whether x is positive and within e**(-1/16) and e**(1/16).
+template <class V, format F>
+[[gnu::always_inline]] inline bool is_near_one(const F& x) {
+  using c = logarithm_constants<F>;
+  if constexpr (std::same_as<V, reg>) {
+    return greater(load(x), c::near_low) && less(load(x), c::near_high);
+  } else {
+    constexpr auto low = std::bit_cast<image_of<F>>(static_cast<F>(c::near_low)) + 1;
+    constexpr auto high = std::bit_cast<image_of<F>>(static_cast<F>(c::near_high));
+    return image(x) - low < high - low;
+  }
 }
 
 /// 1 + j / 128.
@@ -269,16 +287,16 @@ template <class V, format F>
     if (!greater(value, 0.0)) return value == 0.0 ? -infinity : quiet_nan;
     if (image(x) == image(infinite<F>)) return infinity;
   }
-  if (greater(value, c::near_low) && less(value, c::near_high)) return logarithm_near_one<F>(value);
   const auto bits = image(x);
+  if (is_near_one<V>(x)) return logarithm_near_one<F>(value);
   const std::int32_t m = unbiased_exponent<F>(bits);
   const V y = significand<F>(value, bits, m);
   // To the nearest 128th: the seven fraction bits, one more where the rest exceeds a half of their
   // unit.
   constexpr int rest_bits = fraction_bits - 7;
-  const auto rest = bits & ((image_of<F>{1} << rest_bits) - 1);
-  const bool up = rest > image_of<F>{1} << (rest_bits - 1);
-  const std::uint32_t j = (static_cast<std::uint32_t>(bits >> rest_bits) & 127) + up;
+  constexpr image_of<F> half = image_of<F>{1} << (rest_bits - 1);
+  const auto fraction = bits & ((image_of<F>{1} << fraction_bits) - 1);
+  const auto j = static_cast<std::uint32_t>((fraction + (half - 1)) >> rest_bits);
   const V r = y - node<V>(j);
   const auto& row = logarithm_row<F, V>(j);
   const V exponent = load_integer<V>(m);
