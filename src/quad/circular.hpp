@@ -14,8 +14,13 @@ struct sine_and_cosine {
   quad sine, cosine;
 };
 
+struct tangent_and_cosine {
+  quad tangent, cosine;
+};
+
 ZRT_IN_EACH_MODEL(quad sine(const quad& x); quad cosine(const quad& x); quad tangent(const quad& x);
                   /// Both by one reduction.
-                  sine_and_cosine both_of_angle(const quad& x);)
+                  sine_and_cosine both_of_angle(const quad& x);
+                  tangent_and_cosine tangent_with_cosine(const quad& x);)
 
 }  // namespace zrt::quads

@@ -152,6 +152,13 @@ struct angle_parts {
   [[gnu::always_inline]] quad cosine() const {
     return signed_by_turns(general::sub(times(cos_r, cos_k), times(sin_r, sin_k)));
   }
+  [[gnu::always_inline]] quad tangent() const {
+    const quad numerator = sine(), denominator = cosine();
+    if (is_zero_or_nan(denominator)) return pole;
+    return ordinary_r && has_ordinary_low(numerator) && has_ordinary_low(denominator)
+               ? direct::div(numerator, denominator)
+               : general::div(numerator, denominator);
+  }
   /// A product with 1 or -1 also flips the sign of a zero.
   [[gnu::always_inline]] quad signed_by_turns(const quad& a) const {
     return general::scaled_by(a, sign);
@@ -173,15 +180,12 @@ sine_and_cosine both_of_angle(const quad& x) {
   const angle_parts parts(x);
   return {parts.sine(), parts.cosine()};
 }
-quad tangent(const quad& x) {
-  if (!is_angle(x)) return x87::tangent(x);
+tangent_and_cosine tangent_with_cosine(const quad& x) {
+  if (!is_angle(x)) return x87::tangent_with_cosine(x);
   const angle_parts parts(x);
-  const quad numerator = parts.sine(), denominator = parts.cosine();
-  if (is_zero_or_nan(denominator)) return pole;
-  return parts.ordinary_r && has_ordinary_low(numerator) && has_ordinary_low(denominator)
-             ? direct::div(numerator, denominator)
-             : general::div(numerator, denominator);
+  return {parts.tangent(), parts.cosine()};
 }
+quad tangent(const quad& x) { return is_angle(x) ? angle_parts(x).tangent() : x87::tangent(x); }
 
 }  // namespace ZRT_MODEL
 }  // namespace zrt::quads
