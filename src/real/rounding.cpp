@@ -98,8 +98,11 @@ ZRT_VALUE(real4_result, sign)(real4 a, real4 b) { return sign_transfer_of(a, b);
 ZRT_VALUE(real8_result, ddim)(real8 a, real8 b) { return positive_difference_of(a, b); }
 ZRT_VALUE(real4_result, dim)(real4 a, real4 b) { return positive_difference_of(a, b); }
 
-// The 48-bit product is exact.
-ZRT_VALUE(real8_result, dprod)(real4 a, real4 b) { return returned<double>(load(a) * load(b)); }
+ZRT_VALUE(real8_result, dprod)(real4 a, real4 b) {
+  return quickly<real8_result>(
+      [](const auto& c, const auto& d, auto& y) { return quick_product(c, d, y); },
+      [](const float& c, const float& d) { return returned<double>(load(c) * load(d)); }, a, b);
+}
 
 ZRT_VALUE(real8_result, dmod)(real8 a, real8 p) { return remainder_of(a, p); }
 ZRT_VALUE(real4_result, amod)(real4 a, real4 p) { return remainder_of(a, p); }

@@ -234,6 +234,16 @@ template <format F>
   return true;
 }
 
+/// The 48-bit product is exact.
+[[gnu::always_inline]] inline bool quick_product(const float& a, const float& b, double& result) {
+  constexpr float low = smallest_normal<float>, high = infinite<float>;
+  if (!(size_between(a, low, high) & size_between(b, low, high))) {
+    if (!zero_or_between(a, low, high) || !zero_or_between(b, low, high)) return false;
+  }
+  result = load<double>(a) * load<double>(b);
+  return true;
+}
+
 /// Operands within 2**+-(range), quotients below 2**62: no product or difference is subnormal.
 template <format F>
 [[gnu::always_inline]] inline bool quick_remainder(const F& a, const F& p, F& result) {
