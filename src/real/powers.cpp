@@ -106,6 +106,7 @@ double ordinary_power(const float& x, const float& y) {
 }
 #endif
 
+/// The power by the steps.
 template <format F>
 [[gnu::always_inline]] inline result<F> power_of(const F& x, const F& y) {
 #if defined(__x86_64__)
@@ -126,4 +127,8 @@ using namespace zrt::real;
 ZRT_VALUE(real8_result, dtoi)(real8 x, std::int32_t n) { return integer_power_of<double>(x, n); }
 ZRT_VALUE(real4_result, ftoi)(real4 x, std::int32_t n) { return integer_power_of<float>(x, n); }
 ZRT_VALUE(real8_result, dtod)(real8 x, real8 y) { return power_of<double>(x, y); }
-ZRT_VALUE(real4_result, ftof)(real4 x, real4 y) { return power_of<float>(x, y); }
+ZRT_VALUE(real4_result, ftof)(real4 x, real4 y) {
+  return quickly<real4_result>(
+      [](const auto& a, const auto& b, auto& z) { return quick_power(a, b, z); },
+      [](const float& a, const float& b) { return power_of<float>(a, b); }, x, y);
+}

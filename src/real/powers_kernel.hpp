@@ -2,6 +2,8 @@
 
 // Kernels of the powers: with an INTEGER*4 exponent in REAL*4 and REAL*8, with a REAL*4 exponent.
 
+#include <array>
+
 #include "frame/sections.hpp"
 #include "real/evaluation.hpp"
 #include "real/ordinary.hpp"
@@ -56,6 +58,60 @@ template <format F>
 
 #include "real/power_rows.inc"
 
+/// A row as a value: on doubles from a table of its own, for the conversions would take longer.
+template <class V>
+[[gnu::always_inline]] inline V power_row(int row) {
+  if constexpr (std::same_as<V, double>) {
+    static constexpr auto wide = [] {
+      std::array<double, 17> rows{};
+      for (std::size_t i = 0; i < rows.size(); ++i) rows[i] = power_leading[i];
+      return rows;
+    }();
+    return wide[static_cast<std::size_t>(row)];
+  } else {
+    return load<V>(power_leading[row]);
+  }
+}
+
+/// log2 x as whole / 16 + rest, from the image of a positive x.
+template <class V>
+struct logarithm_in_sixteenths {
+  std::int32_t whole;
+  V rest;
+
+  [[gnu::always_inline]] explicit logarithm_in_sixteenths(image_of<float> x) {
+    constexpr std::int32_t half_bias = 126;            // the exponent field of [0.5, 1)
+    constexpr double log2_e_less_one = 0x1.c551dap-2;  // 0.4426950514316559
+    const std::int32_t m = biased_exponent<float>(x) - half_bias;
+    const auto g_bits = (x & 0x7FFFFF) | half_bias << 23;
+
+    // The table falls, so the row below g is found in three steps; images of positive numbers
+    // compare as the numbers do.
+    const auto reaches = [g_bits](int row) { return g_bits <= image(power_leading[row]); };
+    std::int32_t p = reaches(8) ? 8 : 0;
+    p += reaches(p + 4) ? 4 : 0;
+    p += reaches(p + 2) ? 2 : 0;
+
+    const V g = load_image<float, V>(g_bits);
+    const V a = power_row<V>(p + 1);
+    V z = ((g - a) - load<V>(power_rest[p / 2])) / (g + a);
+    z = z + z;
+    const V v = z * z;
+    const V r = v * 0x1.556eb8p-4 * z;  // 0.0833575427532196
+    rest = ((r + r * log2_e_less_one) + log2_e_less_one * z) + z;
+    whole = 16 * m - (p + 1);
+  }
+};
+
+/// 2**w - 1 for w in (-1/16, 0].
+template <class V>
+[[gnu::always_inline]] inline V power_fraction(V w) {
+  constexpr double series[] = {0x1.bd51fcp-5,   // 0.05436038225889206
+                               0x1.ebe62ap-3,   // 0.24018509685993195
+                               0x1.62e422p-1};  // 0.6931467652320862
+  return polynomial(w, series) * w;
+}
+
 /// x**y for x > 0 by Cody and Waite's POWER: log2 of the significand g from a table of 2**(-k/16)
 /// and a short series, as u1 (a multiple of 1/16) + u2; the product with y as w1 (such a multiple)
 /// + w2, and 2**(w1 + w2) from the table again. The result is a REAL*4, within 1.2 units of the
@@ -66,30 +122,10 @@ template <format F>
 /// to whole numbers.
 template <class V>
 [[gnu::always_inline]] inline V power_of_positive(image_of<float> x, const float& exponent) {
-  constexpr std::int32_t half_bias = 126;            // the exponent field of [0.5, 1)
-  constexpr double log2_e_less_one = 0x1.c551dap-2;  // 0.4426950514316559
-  constexpr double series[] = {0x1.bd51fcp-5,        // 0.05436038225889206
-                               0x1.ebe62ap-3,        // 0.24018509685993195
-                               0x1.62e422p-1};       // 0.6931467652320862
   constexpr double sixteenth = 0x1p-4;
-  const std::int32_t m = biased_exponent<float>(x) - half_bias;
-  const auto g_bits = (x & 0x7FFFFF) | half_bias << 23;
-
-  // The table falls, so the row below g is found in three steps; images of positive numbers compare
-  // as the numbers do.
-  const auto reaches = [g_bits](int row) { return g_bits <= image(power_leading[row]); };
-  std::int32_t p = reaches(8) ? 8 : 0;
-  p += reaches(p + 4) ? 4 : 0;
-  p += reaches(p + 2) ? 2 : 0;
-
-  const V g = load_image<float, V>(g_bits);
-  const V a = load<V>(power_leading[p + 1]);
-  V z = ((g - a) - load<V>(power_rest[p / 2])) / (g + a);
-  z = z + z;
-  const V v = z * z;
-  const V r = v * 0x1.556eb8p-4 * z;  // 0.0833575427532196
-  const V u2 = ((r + r * log2_e_less_one) + log2_e_less_one * z) + z;
-  const V u1 = load_integer<V>(16 * m - (p + 1)) * sixteenth;
+  const logarithm_in_sixteenths<V> logarithm(x);
+  const V u1 = load_integer<V>(logarithm.whole) * sixteenth;
+  const V u2 = logarithm.rest;
 
   const V y = load<V>(exponent);
   const auto beyond = [](V w) -> V {
@@ -118,10 +154,39 @@ template <class V>
   const std::int32_t sixteenths = static_cast<std::int32_t>(whole_sixteenths) + step;
   w2 = (w2 - load<V>(steps[step])) * sixteenth;
   const std::int32_t whole = sixteenths / 16 + (sixteenths > 0 ? 1 : 0);
-  const V leading = load<V>(power_leading[16 * whole - sixteenths]);
-  const V fraction = polynomial(w2, series) * w2;
-  const auto result = stored_image<float>(leading + leading * fraction);
+  const V leading = power_row<V>(16 * whole - sixteenths);
+  const auto result = stored_image<float>(leading + leading * power_fraction(w2));
   return load_image<float, V>(result + (static_cast<std::uint32_t>(whole) << 23));
 }
+
+#if defined(__x86_64__)
+/// The same with w = y log2 x in one piece, where the result tells that the steps give the same.
+/// All roundings of the steps and here are below 2**-38 of a sixteenth for |w| below 2000, so that
+/// the sixteenths are the same where w lies 2**-30 clear of one, and the result where it lies 2**13
+/// units of 53 bits clear of a number of 24 bits and of a midpoint.
+[[gnu::always_inline]] inline bool quick_power(const float& x, const float& exponent,
+                                               float& result) {
+  if (!is_positive_normal(x) || image(x) == 0x3F800000 || whole_by_leading_bits(exponent) ||
+      !size_between(exponent, smallest_normal<float>, 0x1p27f))
+    return false;
+  const logarithm_in_sixteenths<double> logarithm(image(x));
+  const double y = load<double>(exponent);
+  const double w = load_integer<double>(logarithm.whole) * y + 16.0 * logarithm.rest * y;
+  if (!less(fabs(w), 2000.0)) return false;
+  const quick_whole<> n(w + 0.5);
+  const double below = w - n.value;  // within (-1, 0)
+  if (!less(fabs(below + 0.5), 0.5 - 0x1p-30)) return false;
+  const auto sixteenths = static_cast<std::int32_t>(_mm_cvtsi128_si32(packed(n.shifted)));
+  const std::int32_t whole = (sixteenths >> 4) + 1;
+  const double leading = power_row<double>(16 * whole - sixteenths);
+  const double value = leading + leading * power_fraction(below * 0x1p-4);
+  constexpr std::uint32_t half_unit = 1 << 28, margin = 1 << 13;
+  const auto rest = static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value));
+  if (((rest + margin) & (half_unit - 1)) < 2 * margin) return false;
+  const __m128i scale = _mm_slli_epi32(_mm_cvtsi32_si128(whole), 23);
+  result = unpacked<float>(add_images<float>(packed(static_cast<float>(value)), scale));
+  return true;
+}
+#endif
 
 }  // namespace zrt::real
