@@ -12,7 +12,7 @@ struct sum_of {
     check.finite(r);
     return r;
   }
-  static quad entry(const quad& x, const quad& y) { return scalar::add(x, y); }
+  static void by_entry(quad& r, const quad& x, const quad& y) { __zorvik_qadd(&r, x, y); }
 };
 struct difference_of {
   static ZRT_INLINE pairs lanes(const pairs& x, const pairs& y, doubt& check) {
@@ -20,7 +20,7 @@ struct difference_of {
     check.finite(r);
     return r;
   }
-  static quad entry(const quad& x, const quad& y) { return scalar::sub(x, y); }
+  static void by_entry(quad& r, const quad& x, const quad& y) { __zorvik_qsub(&r, x, y); }
 };
 struct product_of {
   template <class V>
@@ -31,10 +31,8 @@ struct product_of {
     check_finite(check, r);
     return r;
   }
-  template <class T>
-  static T entry(const T& x, const T& y) {
-    return scalar::mul(x, y);
-  }
+  static void by_entry(quad& r, const quad& x, const quad& y) { __zorvik_qmul(&r, x, y); }
+  static void by_entry(cquad& r, const cquad& x, const cquad& y) { __zorvik_cqmul(&r, x, y); }
 };
 struct quotient_of {
   static ZRT_INLINE pairs lanes(const pairs& x, const pairs& y, doubt& check) {
@@ -42,11 +40,10 @@ struct quotient_of {
     check.finite(r);
     return r;
   }
-  static quad entry(const quad& x, const quad& y) { return scalar::div(x, y); }
+  static void by_entry(quad& r, const quad& x, const quad& y) { __zorvik_qdiv(&r, x, y); }
 };
 /// Smith's method, the larger part of the divisor told by the leading part of a difference.
 struct complex_quotient_of {
-#ifdef ZRT_WIDTH
   static ZRT_INLINE complex_pairs lanes(const complex_pairs& x, const complex_pairs& y,
                                         doubt& check) {
     const words first = (words)(sub(absolute(y.re), absolute(y.im)).hi > 0.0);
@@ -65,29 +62,29 @@ struct complex_quotient_of {
     check_finite(check, quotient);
     return quotient;
   }
-#else
-  static complex_pairs lanes(const complex_pairs& x, const complex_pairs& y, doubt&) {
-    const cquad r = scalar::div(cquad{x.re, x.im}, cquad{y.re, y.im});
-    return {r.re, r.im};
-  }
-#endif
-  static cquad entry(const cquad& x, const cquad& y) { return scalar::div(x, y); }
+  static void by_entry(cquad& r, const cquad& x, const cquad& y) { __zorvik_cqdiv(&r, x, y); }
 };
 
 template <class Operation, class T>
-void over_elements(index n, view<T> x, view<T> y, array<T> result) {
-  for (index i = 0; i < n; i += width) {
-    const index count = least(width, n - i);
-    doubt check;
-    const auto r = Operation::lanes(fetch(x, i, count), fetch(y, i, count), check);
-    if (!check.any()) [[likely]] {
-      put(result, i, count, r);
-      continue;
-    }
+ZRT_INLINE void operate(index i, index count, view<T> x, view<T> y, array<T> result) {
+  doubt check;
+  const auto r = Operation::lanes(fetch(x, i, count), fetch(y, i, count), check);
+  if (!check.any()) [[likely]]
+    put(result, i, count, r);
+  else
     for (index j = i; j < i + count; ++j)
-      result.at[j * result.step] = Operation::entry(x.at[j * x.step], y.at[j * y.step]);
-  }
+      Operation::by_entry(result.at[j * result.step], x.at[j * x.step], y.at[j * y.step]);
 }
+/// Elements that lie together go in a loop of their own, in which nothing asks for strides.
+template <class Operation, class T>
+void over_elements(index n, view<T> x, view<T> y, array<T> result) {
+  index i = 0;
+  if (x.step == 1 && y.step == 1 && result.step == 1)
+    for (; i <= n - width; i += width)
+      operate<Operation, T>(i, width, {x.at, 1}, {y.at, 1}, {result.at, 1});
+  for (; i < n; i += width) operate<Operation, T>(i, least(width, n - i), x, y, result);
+}
+
 /// A function of one REAL*16 operand: on lanes, a group of vectors at once, and by its entry.
 template <several (*function)(const several&, grouped<doubt>&), quad (*by_entry)(const quad&)>
 void over_elements(index n, view<quad> x, array<quad> result) {
@@ -127,30 +124,36 @@ void scal(index n, const T& alpha, array<T> x) {
   over_elements<product_of, T>(n, {&alpha, 0}, {x.at, x.step}, x);
 }
 
+/// Elements i to i + count - 1 of axpy, `first` the factor alpha.
+template <class T, class First>
+ZRT_INLINE void update(index i, index count, const T& alpha, const First& first, bool usable,
+                       view<T> x, bool conjugate, array<T> y) {
+  vector_of<T> with = fetch(x, i, count);
+  if (conjugate) with = conjugated(with);
+  const vector_of<T> r = add(fetch(view<T>{y.at, y.step}, i, count), mul(first, as_second(with)));
+  doubt check;
+  check_factor(check, with);
+  check_finite(check, r);
+  if (usable && !check.any()) [[likely]] {
+    put(y, i, count, r);
+    return;
+  }
+  for (index j = i; j < i + count; ++j) {
+    const T element = x.at[j * x.step];
+    T& target = y.at[j * y.step];
+    target =
+        scalar::add(target, scalar::mul(alpha, conjugate ? scalar::conjugated(element) : element));
+  }
+}
 template <class T>
 void axpy(index n, const T& alpha, view<T> x, bool conjugate, array<T> y) {
-  const vector_of<T> factor = broadcast(alpha);
-  const auto first = as_first(factor);
+  const auto first = as_first(broadcast(alpha));
   const bool usable = usable_factor(alpha);
-  for (index i = 0; i < n; i += width) {
-    const index count = least(width, n - i);
-    vector_of<T> with = fetch(x, i, count);
-    if (conjugate) with = conjugated(with);
-    const vector_of<T> r = add(fetch(view<T>{y.at, y.step}, i, count), mul(first, as_second(with)));
-    doubt check;
-    check_factor(check, with);
-    check_finite(check, r);
-    if (usable && !check.any()) [[likely]] {
-      put(y, i, count, r);
-      continue;
-    }
-    for (index j = i; j < i + count; ++j) {
-      const T element = x.at[j * x.step];
-      T& target = y.at[j * y.step];
-      target = scalar::add(target,
-                           scalar::mul(alpha, conjugate ? scalar::conjugated(element) : element));
-    }
-  }
+  index i = 0;
+  if (x.step == 1 && y.step == 1)
+    for (; i <= n - width; i += width)
+      update<T>(i, width, alpha, first, usable, {x.at, 1}, conjugate, {y.at, 1});
+  for (; i < n; i += width) update(i, least(width, n - i), alpha, first, usable, x, conjugate, y);
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 namespace zrt::arrays::ZRT_LEVEL {
 namespace {
 
-#ifdef ZRT_WIDTH
-
 /// Pairs are ordered by the leading parts, then by the low ones, where the low part is less than
 /// half a unit of the leading one by 2**-40 of itself: there a difference has the sign of the
 /// order.
@@ -53,12 +51,6 @@ bool extreme(index n, view<quad> x, bool smallest, bool last, index& place) {
   place = static_cast<index>(best_number[found]);
   return true;
 }
-
-#else
-
-bool extreme(index, view<quad>, bool, bool, index&) { return false; }
-
-#endif
 
 }  // namespace
 }  // namespace zrt::arrays::ZRT_LEVEL

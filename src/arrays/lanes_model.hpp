@@ -5,10 +5,11 @@
 // The bits are those of the entries while every intermediate is a double with all its bits, for
 // MXCSR as `floating_point_state` sets it (to nearest, gradual underflow). That is so
 //  - of a sum, when no part of the result overflows: sums of doubles are multiples of 2**-1074;
-//  - of a product, when the parts of both factors are zero or lie in [2**-480, 2**544) and the
-//    result is finite: errors are multiples of 2**-1064, the other terms are 2**-960 or more;
+//  - of a product, when the parts of both factors are zero or 2**-480 or more and the result is
+//    finite: errors are multiples of 2**-1064, the other terms are 2**-960 or more, and what
+//    overflows on the way ends in no finite result;
 //  - of a quotient, when besides the quotient of the leading parts and its correction are zero or
-//    in that range; the remainder is then a double, exactly;
+//    in [2**-480, 2**544); the remainder is then a double, exactly;
 //  - of a root, when the leading part is in that range and the low part zero or in it.
 // `doubt` gathers the lanes of which this is not known; whoever finds one runs the entries instead.
 // Infinities and NaNs end in a low part that is not finite.
@@ -37,6 +38,7 @@ ZRT_INLINE lanes all(double x) { return _mm512_set1_pd(x); }
 ZRT_INLINE lanes read(const double* p) { return _mm512_loadu_pd(p); }
 ZRT_INLINE void write(double* p, lanes x) { _mm512_storeu_pd(p, x); }
 ZRT_INLINE lanes square_root(lanes x) { return _mm512_maskz_sqrt_pd(0xFF, x); }
+ZRT_INLINE lanes least_of(lanes x, lanes y) { return _mm512_maskz_min_pd(0xFF, x, y); }
 ZRT_INLINE words not_finite(lanes x) {
   return (words)_mm512_movm_epi64(_mm512_fpclass_pd_mask(x, 0x99));
 }
@@ -69,6 +71,7 @@ ZRT_INLINE lanes all(double x) { return _mm256_set1_pd(x); }
 ZRT_INLINE lanes read(const double* p) { return _mm256_loadu_pd(p); }
 ZRT_INLINE void write(double* p, lanes x) { _mm256_storeu_pd(p, x); }
 ZRT_INLINE lanes square_root(lanes x) { return _mm256_sqrt_pd(x); }
+ZRT_INLINE lanes least_of(lanes x, lanes y) { return _mm256_min_pd(x, y); }
 ZRT_INLINE bool any_sign(words x) { return _mm256_movemask_pd((lanes)x) != 0; }
 ZRT_INLINE lanes heads(lanes u, lanes v) { return _mm256_unpacklo_pd(u, v); }
 ZRT_INLINE lanes tails(lanes u, lanes v) { return _mm256_unpackhi_pd(u, v); }
@@ -85,6 +88,7 @@ ZRT_INLINE lanes all(double x) { return _mm_set1_pd(x); }
 ZRT_INLINE lanes read(const double* p) { return _mm_loadu_pd(p); }
 ZRT_INLINE void write(double* p, lanes x) { _mm_storeu_pd(p, x); }
 ZRT_INLINE lanes square_root(lanes x) { return _mm_sqrt_pd(x); }
+ZRT_INLINE lanes least_of(lanes x, lanes y) { return _mm_min_pd(x, y); }
 ZRT_INLINE bool any_sign(words x) { return _mm_movemask_pd((lanes)x) != 0; }
 ZRT_INLINE lanes heads(lanes u, lanes v) { return _mm_unpacklo_pd(u, v); }
 ZRT_INLINE lanes tails(lanes u, lanes v) { return _mm_unpackhi_pd(u, v); }
@@ -198,7 +202,8 @@ ZRT_INLINE bool any_of(const grouped<words>& mask) { return any_sign(mask.v[0] |
 // --- Doubt -------------------------------------------------------------------------------------
 
 struct doubt {
-  words sign{};  // set where a lane is in doubt
+  words sign{};              // set where a lane is in doubt
+  lanes least = all(0x1p0);  // magnitude that a factor's part has, zeros left out
 
   /// Parts of [2**-480, 2**544): the doubled image less that of 2**-480 has its sign clear.
   static ZRT_INLINE words out_of_range(lanes x) { return twice_image(x) - (543ULL << 53); }
@@ -211,21 +216,27 @@ struct doubt {
   ZRT_INLINE void zero_or_at_least(lanes x, double limit) {
     sign |= ~(words)(magnitude(x) >= limit) & ~(words)(twice_image(x) == 0);
   }
+  /// Zero or 2**-480 or more. The image before that of a zero is a NaN, for which the least of two
+  /// is the second; the others move down by one unit.
+  ZRT_INLINE void part_of_factor(lanes x) {
+    least = least_of((lanes)((words)magnitude(x) - 1ULL), least);
+  }
   ZRT_INLINE void factor(const pairs& x) {
-    zero_or_in_range(x.hi);
-    zero_or_in_range(x.lo);
+    part_of_factor(x.hi);
+    part_of_factor(x.lo);
   }
   ZRT_INLINE void finite(const pairs& x) { sign |= not_finite(x.lo); }
-  ZRT_INLINE bool any() const { return any_sign(sign); }
+  ZRT_INLINE words signs() const { return sign | (words)(least < 0x1p-480); }
+  ZRT_INLINE bool any() const { return any_sign(signs()); }
   /// All ones where nothing is in doubt.
-  ZRT_INLINE words known() const { return (sign >> 63) - 1; }
+  ZRT_INLINE words known() const { return (signs() >> 63) - 1; }
 };
 
 /// Which elements of a group are in doubt, as signs of their leading parts.
 ZRT_INLINE bool any_of(const grouped<doubt>& check) {
-  return any_sign(check.v[0].sign | check.v[1].sign);
+  return any_sign(check.v[0].signs() | check.v[1].signs());
 }
-ZRT_INLINE pairs mark_of(const doubt& check) { return {(lanes)check.sign, lanes{}}; }
+ZRT_INLINE pairs mark_of(const doubt& check) { return {(lanes)check.signs(), lanes{}}; }
 
 // --- Arithmetic --------------------------------------------------------------------------------
 

@@ -206,7 +206,7 @@ ZRT_INLINE several arctangent(const several& x, grouped<doubt>& check) {
     doubt of_quotient;
     const pairs quotient = div(select(steep, pairs{all(-1.0), lanes{}}, sub(a, all(1.0))),
                                select(steep, a, add(a, 1.0)), of_quotient);
-    check.v[g].sign |= of_quotient.sign & (steep | moderate);
+    check.v[g].sign |= of_quotient.signs() & (steep | moderate);
     return select(steep | moderate, quotient, a);
   });
   const several z = A::mul(y, y);

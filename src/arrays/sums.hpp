@@ -38,18 +38,26 @@ void add_by_entries(index first, index last, const Terms& terms, T* sums) {
 }
 
 template <class T, class Terms>
-void sum_terms(index n, const Terms& terms, T* sums) {
+ZRT_INLINE void sum_terms(index n, const Terms& terms, T* sums) {
   constexpr index run = 32 * partial_sums, vectors = partial_sums / width;
   const index whole = n - n % partial_sums;
   for (index first = 0; first < whole; first += run) {
     const index last = least(first + run, whole);
     vector_of<T> sum[vectors];
+    doubt check[vectors];  // one for each: in one alone the steps of the test wait for one another
+#pragma GCC unroll 16
     for (index v = 0; v < vectors; ++v) sum[v] = load(sums + v * width);
-    doubt check;
     for (index i = first; i < last; i += partial_sums)
-      for (index v = 0; v < vectors; ++v) sum[v] = add(sum[v], terms.lanes(i + v * width, check));
-    for (index v = 0; v < vectors; ++v) check_finite(check, sum[v]);
-    if (check.any()) [[unlikely]]
+#pragma GCC unroll 16
+      for (index v = 0; v < vectors; ++v)
+        sum[v] = add(sum[v], terms.lanes(i + v * width, check[v]));
+    bool any = false;
+#pragma GCC unroll 16
+    for (index v = 0; v < vectors; ++v) {
+      check_finite(check[v], sum[v]);
+      any |= check[v].any();
+    }
+    if (any) [[unlikely]]
       add_by_entries(first, last, terms, sums);
     else
       for (index v = 0; v < vectors; ++v) store(sums + v * width, sum[v]);
@@ -59,11 +67,17 @@ void sum_terms(index n, const Terms& terms, T* sums) {
 
 template <class T>
 void sum(index n, view<T> x, T* sums) {
-  sum_terms(n, summands<T>{x}, sums);
+  if (x.step == 1)
+    sum_terms(n, summands<T>{{x.at, 1}}, sums);
+  else
+    sum_terms(n, summands<T>{x}, sums);
 }
 template <class T>
 void dot(index n, view<T> x, view<T> y, bool conjugate, T* sums) {
-  sum_terms(n, products<T>{x, y, conjugate}, sums);
+  if (x.step == 1 && y.step == 1)
+    sum_terms(n, products<T>{{x.at, 1}, {y.at, 1}, conjugate}, sums);
+  else
+    sum_terms(n, products<T>{x, y, conjugate}, sums);
 }
 
 }  // namespace
