@@ -211,8 +211,10 @@ template <format F>
 }
 template <format F>
 [[gnu::always_inline]] inline bool quick_sign_transfer(const F& a, const F& b, F& result) {
-  if (!is_number(a) || !is_number(b)) return false;
-  const image_of<F> sign = image_of<F>{is_negative<F>(image(b))} << sign_place<F>;
+  if (!is_number(a)) return false;
+  // The images of negative numbers, no zero and no NaN, follow one another.
+  const bool negative = image(b) - (sign_bit_of<F> + 1) < image(infinite<F>);
+  const image_of<F> sign = image_of<F>{negative} << sign_place<F>;
   result = std::bit_cast<F>(static_cast<image_of<F>>(size_image(a) >> 1 | sign));
   return true;
 }
