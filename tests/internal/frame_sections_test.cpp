@@ -231,6 +231,11 @@ TEST(Control, SetsTheWordAndTheMxcsrOfTheThread) {
   EXPECT_EQ(mxcsr_get(), 0x9FC0u & mxcsr_valid_mask());
 }
 
+TEST(Control, TakesTheValidBitsOfOldProcessorsWhereTheFieldIsZero) {
+  EXPECT_EQ(control::valid_bits(0), 0xFFBFu);
+  EXPECT_EQ(control::valid_bits(0x2FFFF), 0x2FFFFu);
+}
+
 TEST(Control, LeavesMxcsrAloneWithoutSse) {
   using namespace control;
   mxcsr_set_masked(0x1F80);
