@@ -231,6 +231,12 @@ TEST(Control, SetsTheWordAndTheMxcsrOfTheThread) {
   EXPECT_EQ(mxcsr_get(), 0x9FC0u & mxcsr_valid_mask());
 }
 
+TEST(Control, FindsTheInstructionsThatTheCompilersTestFinds) {
+  EXPECT_EQ(processor::has_fisttp, __builtin_cpu_supports("sse3") != 0);
+  EXPECT_EQ(processor::has_fma, __builtin_cpu_supports("fma") != 0);
+  EXPECT_EQ(processor::has_sse2, __builtin_cpu_supports("sse2") != 0);
+}
+
 TEST(Control, TakesTheValidBitsOfOldProcessorsWhereTheFieldIsZero) {
   EXPECT_EQ(control::valid_bits(0), 0xFFBFu);
   EXPECT_EQ(control::valid_bits(0x2FFFF), 0x2FFFFu);
