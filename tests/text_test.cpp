@@ -154,7 +154,7 @@ TEST(Text, Complex) {
   EXPECT_EQ(read_complex(written, again), written.size());
   EXPECT_EQ(std::memcmp(&value, &again, sizeof value), 0);
 
-  EXPECT_EQ(read_complex("( [1+2] , 3 )x", again), 13u);
+  EXPECT_EQ(read_complex("(\t[1+2]  , \t3\t )x", again), 16u);
   EXPECT_EQ(again.re.lo, 2);
   EXPECT_EQ(again.im.hi, 3);
   EXPECT_EQ(read_complex("(4)", again), 3u);
