@@ -110,6 +110,12 @@ def with_a_half(rng):
              bits_of(rng.uniform(1e-22, 1e-21))) for _ in range(200)]
 
 
+def ties():
+    """Numbers half way between two of fewer digits: exact, odd and even ones."""
+    return [(bits_of(float(value)), 0) for odd in range(1, 40, 2)
+            for value in (odd / 2, odd * 5, odd * 50, odd * 5 * 10**11)]
+
+
 class Checker:
     def __init__(self, program):
         self.program = program
@@ -245,6 +251,7 @@ def main(program):
     special = [(hi, lo) for hi in SPECIAL for lo in SPECIAL]
     check.check_round_trip(pairs + special + beside_round_ties(rng) + with_a_half(rng))
     check.check_precision([p for p in pairs if finite(p[0]) and finite(p[1])], rng)
+    check.check_precision(ties(), rng)
     finite_special = [p for p in special if finite(p[0]) and finite(p[1])]
     check.check_precision(finite_special, rng)
     check.check_reading(random_decimals(rng))
