@@ -22,10 +22,13 @@ std::uint16_t pair(const char* text) { return load<std::uint16_t>(text); }
 // and give its place or null. They go from one place of its first character to the next by the byte
 // search of the C library, which reads many bytes at once. A call of it costs as much as reading
 // about 128 bytes: where `calls` of them in a row have skipped less than that each, the first
-// character is frequent, and the rest of the text is searched in another way.
+// character is frequent, and the rest of the text, as any rest that is not longer, is searched by
+// blocks of places; where these hold too many false ones, in a way that takes no more than a few
+// steps for each character.
 
 constexpr int calls = 4;
-constexpr std::ptrdiff_t worth_calls = calls * 128;  // bytes skipped
+constexpr std::ptrdiff_t worth_call = 128;  // bytes skipped
+constexpr std::ptrdiff_t worth_calls = calls * worth_call;
 
 #if defined(__GLIBC__)
 
@@ -65,23 +68,61 @@ const char* last_place_of_frequent(const char* text, std::size_t starts, const c
   return nullptr;
 }
 
+/// A part of at least two characters by blocks, at least one, of places at which its first and last
+/// stand. One that is refuted at more than every fourth place is searched for in the other way.
+[[gnu::noinline]] const char* first_place_by_blocks(const char* text, std::size_t length,
+                                                    const char* part, std::size_t part_length) {
+  constexpr std::uint32_t four = 0x01010101;
+  const std::uint32_t first = four * static_cast<unsigned char>(part[0]),
+                      last = four * static_cast<unsigned char>(part[part_length - 1]);
+  const char* const end = text + length - part_length + 1;  // of the places
+  const char* at = text;
+  for (std::ptrdiff_t misses = 8;;) {
+    for (unsigned found = blocks::places_of_both(at, at + part_length - 1, first, last); found != 0;
+         found &= found - 1) {
+      const char* const place = at + __builtin_ctz(found);
+      if (part_length <= 2 || std::memcmp(place + 1, part + 1, part_length - 2) == 0) return place;
+      if (--misses < 0)
+        return first_place_of_frequent(
+            place + 1, static_cast<std::size_t>(text + length - place) - 1, part, part_length);
+    }
+    constexpr std::ptrdiff_t size = blocks::size;
+    misses += size / 4;
+    if (end - at <= size) return nullptr;
+    at = end - at < 2 * size ? end - size : at + size;
+  }
+}
+
+/// Behind the first place of the first character, where the part does not stand.
+[[gnu::noinline]] const char* first_place_behind(const char* at, const char* text,
+                                                 std::size_t length, const char* part,
+                                                 std::size_t part_length) {
+  const char* const last_start = text + length - part_length;
+  const char* mark = text;
+  for (int misses = 1;; ++misses) {
+    const std::ptrdiff_t places = last_start - at;  // that are left
+    if (places == 0) return nullptr;
+    if (misses >= calls || places <= worth_call) {
+      const auto rest = static_cast<std::size_t>(text + length - at) - 1;
+      if (at - mark >= worth_calls) {
+        mark = at;
+        misses = 0;
+      } else if (places >= static_cast<std::ptrdiff_t>(blocks::size) && sse2_is_usable()) {
+        return first_place_by_blocks(at + 1, rest, part, part_length);
+      } else if (misses >= calls) {
+        return first_place_of_frequent(at + 1, rest, part, part_length);
+      }
+    }
+    at = static_cast<const char*>(std::memchr(at + 1, part[0], static_cast<std::size_t>(places)));
+    if (at == nullptr || stands(at, part, part_length)) return at;
+  }
+}
+
 const char* first_place(const char* text, std::size_t length, const char* part,
                         std::size_t part_length) {
-  const char* const last_start = text + length - part_length;
-  int misses = 0;
-  const char* at = text;
-  for (const char* mark = text; at <= last_start; ++at) {
-    at = static_cast<const char*>(
-        std::memchr(at, part[0], static_cast<std::size_t>(last_start - at) + 1));
-    if (at == nullptr || stands(at, part, part_length)) return at;
-    if (++misses < calls) continue;
-    if (at - mark < worth_calls)
-      return first_place_of_frequent(at + 1, static_cast<std::size_t>(text + length - at) - 1, part,
-                                     part_length);
-    mark = at;
-    misses = 0;
-  }
-  return nullptr;
+  const auto* at = static_cast<const char*>(std::memchr(text, part[0], length - part_length + 1));
+  if (at == nullptr || stands(at, part, part_length)) return at;
+  return first_place_behind(at, text, length, part, part_length);
 }
 
 const char* last_place(const char* text, std::size_t length, const char* part,
