@@ -148,6 +148,25 @@ template <class V>
   return load_image<float, V>(stored_image<float>(y) + (static_cast<std::uint32_t>(n / 2) << 23));
 }
 
+#if defined(__i386__)
+/// The same by the processor's root where neither a midpoint nor a number of 24 bits lies between
+/// it and the steps' end, so that both round alike in every mode, and both raise inexact; the steps
+/// end at most 2 units of 53 bits below it.
+[[gnu::always_inline]] inline bool quick_root(const float& x, reg& result) {
+  constexpr std::uint32_t half_unit = 1 << 28, below = 4, above = (1 << 22) + 4;
+  if (!is_positive_normal(x)) return false;
+  const std::uint32_t bits = image(x);
+  const reg root = fsqrt(load_image<float>((bits & 0x7FFFFF) | 0x3F000000));
+  const auto rest = static_cast<std::uint32_t>(stored_image<double>(root));
+  if (((rest + above) & (half_unit - 1)) <= above + below) return false;
+  std::uint32_t y = stored_image<float>(root);
+  const auto exponent = static_cast<std::int32_t>(bits >> 23);
+  if (exponent % 2 != 0) y = stored_image<float>(load_image<float>(y) * 0x1.6a09e667f3bcdp-1);
+  result = load_image<float>(y + static_cast<std::uint32_t>((exponent - 125) >> 1 << 23));
+  return true;
+}
+#endif
+
 #if defined(__x86_64__)
 /// The same by the processor's root where neither a midpoint nor a number of 24 bits lies between
 /// it and the steps' end, so that both round alike in every mode; the steps end at most 2 units of
