@@ -108,7 +108,12 @@ inline reg remainder(const F& a, const F& p) {
 
 /// The nearest 32-bit integer, ties away from zero; out of range and NaN give 0x80000000.
 template <format F>
-inline std::int32_t nearest_integer(const F& x) {
+[[gnu::always_inline]] inline std::int32_t nearest_integer(const F& x) {
+#if defined(__i386__)
+  static constexpr float halves[] = {0.5F, -0.5F};  // without a branch on the sign
+  if (processor::has_fisttp && leading_size(x) < leading_size(F{0x1p30}))
+    return fisttp32(load(x) + load(halves[is_negative<F>(image(x))]));
+#endif
   const reg value = load(x);
   return truncated_to_int32(greater(0.0L, value) ? value - 0.5L : value + 0.5L);
 }
