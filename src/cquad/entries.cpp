@@ -7,10 +7,12 @@
 namespace zrt::cquads {
 
 ZRT_VALUE(cquad*, cqmul)(cquad* result, cquad x, cquad y) {
-  return put(result, ZRT_ORDINARY_CALL(product, joined(x), joined(y)));
+  const both_joined o(x, y);
+  return put(result, ZRT_ORDINARY_CALL(product, o.first(), o.second()));
 }
 ZRT_VALUE(cquad*, cqdiv)(cquad* result, cquad x, cquad y) {
-  return put(result, ZRT_ORDINARY_CALL(quotient, joined(x), joined(y)));
+  const both_joined o(x, y);
+  return put(result, ZRT_ORDINARY_CALL(quotient, o.first(), o.second()));
 }
 ZRT_VALUE(cquad*, csqrtl)(cquad* result, cquad z) {
   return put(result, ZRT_ORDINARY_CALL(principal_root, joined(z)));
