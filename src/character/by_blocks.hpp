@@ -69,16 +69,18 @@
 
 #else
 
-#define ZRT_ENTRY_OF_TWO(type, stem, target, held, otherwise)                                    \
-  ZRT_VALUE(type, stem)(target a, const char* b, std::int32_t a_length, std::int32_t b_length) { \
-    const auto length = static_cast<std::uint32_t>(a_length);                                    \
-    if (blocks::is_usual(a_length == b_length &&                                                 \
-                         length - blocks::least <= blocks::most_held - blocks::least))           \
-      return held(a, b, length);                                                                 \
-    return otherwise(a, b, a_length, b_length);                                                  \
+#define ZRT_ENTRY_OF_TWO(type, stem, target, held, otherwise)                          \
+  ZRT_VALUE(type __attribute__((aligned(64))), stem)                                   \
+  (target a, const char* b, std::int32_t a_length, std::int32_t b_length) {            \
+    const auto length = static_cast<std::uint32_t>(a_length);                          \
+    if (blocks::is_usual(a_length == b_length &&                                       \
+                         length - blocks::least <= blocks::most_held - blocks::least)) \
+      return held(a, b, length);                                                       \
+    return otherwise(a, b, a_length, b_length);                                        \
   }
 #define ZRT_ENTRY_OF_LENGTH(stem, held, otherwise)                                    \
-  ZRT_VALUE(std::int32_t, stem)(const char* text, std::int32_t length) {              \
+  ZRT_VALUE(std::int32_t __attribute__((aligned(64))), stem)                          \
+  (const char* text, std::int32_t length) {                                           \
     if (length < static_cast<std::int32_t>(blocks::least))                            \
       return static_cast<std::int32_t>(otherwise(text, extent(length)));              \
     if (text[length - 1] != ' ') return length;                                       \
