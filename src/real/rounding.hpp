@@ -111,7 +111,7 @@ template <format F>
 [[gnu::always_inline]] inline std::int32_t nearest_integer(const F& x) {
 #if defined(__i386__)
   static constexpr float halves[] = {0.5F, -0.5F};  // without a branch on the sign
-  if (processor::has_fisttp && leading_size(x) < leading_size(F{0x1p30}))
+  if (__builtin_expect(processor::has_fisttp && leading_size(x) < leading_size(F{0x1p30}), true))
     return fisttp32(load(x) + load(halves[is_negative<F>(image(x))]));
 #endif
   const reg value = load(x);
