@@ -84,44 +84,46 @@ template <std::size_t count>
   "pand %%xmm1, %%xmm0\n\t" \
   "pand %%xmm3, %%xmm2\n\t" \
   "pand %%xmm2, %%xmm0\n\t" \
-  "pmovmskb %%xmm0, %0"
+  "pmovmskb %%xmm0, %k0"
 
 /// Whether four blocks are equal, or blank.
 [[gnu::always_inline]] inline bool four_are_equal(const char* a, const char* b) {
   unsigned bits;
-  asm("movdqu %1, %%xmm0\n\t"
-      "movdqu %2, %%xmm4\n\t"
-      "movdqu 16+%1, %%xmm1\n\t"
-      "movdqu 16+%2, %%xmm5\n\t"
-      "movdqu 32+%1, %%xmm2\n\t"
-      "movdqu 32+%2, %%xmm6\n\t"
-      "movdqu 48+%1, %%xmm3\n\t"
-      "movdqu 48+%2, %%xmm7\n\t"
+  asm("movdqu (%1), %%xmm0\n\t"
+      "movdqu (%2), %%xmm4\n\t"
+      "movdqu 16(%1), %%xmm1\n\t"
+      "movdqu 16(%2), %%xmm5\n\t"
+      "movdqu 32(%1), %%xmm2\n\t"
+      "movdqu 32(%2), %%xmm6\n\t"
+      "movdqu 48(%1), %%xmm3\n\t"
+      "movdqu 48(%2), %%xmm7\n\t"
       "pcmpeqb %%xmm4, %%xmm0\n\t"
       "pcmpeqb %%xmm5, %%xmm1\n\t"
       "pcmpeqb %%xmm6, %%xmm2\n\t"
       "pcmpeqb %%xmm7, %%xmm3\n\t" ZRT_ALL_OF_FOUR
       : "=r"(bits)
-      : "m"(view<4 * size>(a)), "m"(view<4 * size>(b)) ZRT_CHANGES("xmm0", "xmm1", "xmm2", "xmm3",
-                                                                   "xmm4", "xmm5", "xmm6", "xmm7"));
+      : "r"(a), "r"(b), "m"(view<4 * size>(a)),
+        "m"(view<4 * size>(b))
+            ZRT_CHANGES("xmm0", "xmm1", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7"));
   return bits == all_equal;
 }
+/// One register holds the address, then the blanks, then the bits.
 [[gnu::always_inline]] inline bool four_are_blank(const char* text) {
-  unsigned bits;
-  asm("movl $0x20202020, %0\n\t"
-      "movd %0, %%xmm4\n\t"
-      "movdqu %1, %%xmm0\n\t"
-      "movdqu 16+%1, %%xmm1\n\t"
-      "movdqu 32+%1, %%xmm2\n\t"
-      "movdqu 48+%1, %%xmm3\n\t"
+  std::size_t held = reinterpret_cast<std::size_t>(text);
+  asm("movdqu (%0), %%xmm0\n\t"
+      "movdqu 16(%0), %%xmm1\n\t"
+      "movdqu 32(%0), %%xmm2\n\t"
+      "movdqu 48(%0), %%xmm3\n\t"
+      "movl $0x20202020, %k0\n\t"
+      "movd %k0, %%xmm4\n\t"
       "pshufd $0, %%xmm4, %%xmm4\n\t"
       "pcmpeqb %%xmm4, %%xmm0\n\t"
       "pcmpeqb %%xmm4, %%xmm1\n\t"
       "pcmpeqb %%xmm4, %%xmm2\n\t"
       "pcmpeqb %%xmm4, %%xmm3\n\t" ZRT_ALL_OF_FOUR
-      : "=&r"(bits)
+      : "+r"(held)
       : "m"(view<4 * size>(text)) ZRT_CHANGES("xmm0", "xmm1", "xmm2", "xmm3", "xmm4"));
-  return bits == all_equal;
+  return static_cast<unsigned>(held) == all_equal;
 }
 
 #undef ZRT_ALL_OF_FOUR
@@ -134,59 +136,63 @@ template <std::size_t count>
   return view<count>(text + length - count);
 }
 
-#define ZRT_PAIRS(offset)      \
-  "movdqu " offset             \
-  "%1, %%xmm1\n\t"             \
-  "movdqu " offset             \
-  "%2, %%xmm2\n\t"             \
-  "movdqu " offset             \
-  "%3, %%xmm3\n\t"             \
-  "movdqu " offset             \
-  "%4, %%xmm4\n\t"             \
+#define ZRT_ALL "pcmpeqd %%xmm0, %%xmm0\n\t"
+#define ZRT_PAIRS(front, back) \
+  "movdqu " front              \
+  "(%1), %%xmm1\n\t"           \
+  "movdqu " front              \
+  "(%2), %%xmm2\n\t"           \
+  "movdqu " back               \
+  "(%1,%3), %%xmm3\n\t"        \
+  "movdqu " back               \
+  "(%2,%3), %%xmm4\n\t"        \
   "pcmpeqb %%xmm2, %%xmm1\n\t" \
   "pcmpeqb %%xmm4, %%xmm3\n\t" \
   "pand %%xmm1, %%xmm0\n\t"    \
   "pand %%xmm3, %%xmm0\n\t"
-#define ZRT_ALL "pcmpeqd %%xmm0, %%xmm0\n\t"
 #define ZRT_ARE_EQUAL(name, span, pairs)                                                     \
   [[gnu::always_inline]] inline bool name(const char* a, const char* b, std::size_t count) { \
     unsigned bits;                                                                           \
     asm(pairs "pmovmskb %%xmm0, %0"                                                          \
         : "=r"(bits)                                                                         \
-        : "m"(view<span>(a)), "m"(view<span>(b)), "m"(last<span>(a, count)),                 \
+        : "r"(a), "r"(b), "r"(count), "m"(view<span>(a)), "m"(view<span>(b)),                \
+          "m"(last<span>(a, count)),                                                         \
           "m"(last<span>(b, count))ZRT_CHANGES("xmm0", "xmm1", "xmm2", "xmm3", "xmm4"));     \
     return bits == all_equal;                                                                \
   }
 ZRT_ARE_EQUAL(equal_halves, 8,
-              "movq %1, %%xmm0\n\t"
-              "movq %2, %%xmm1\n\t"
-              "movhps %3, %%xmm0\n\t"
-              "movhps %4, %%xmm1\n\t"
+              "movq (%1), %%xmm0\n\t"
+              "movq (%2), %%xmm1\n\t"
+              "movhps -8(%1,%3), %%xmm0\n\t"
+              "movhps -8(%2,%3), %%xmm1\n\t"
               "pcmpeqb %%xmm1, %%xmm0\n\t")
-ZRT_ARE_EQUAL(equal_2, size, ZRT_ALL ZRT_PAIRS(""))
-ZRT_ARE_EQUAL(equal_4, 2 * size, ZRT_ALL ZRT_PAIRS("") ZRT_PAIRS("16+"))
+ZRT_ARE_EQUAL(equal_2, size, ZRT_ALL ZRT_PAIRS("", "-16"))
+ZRT_ARE_EQUAL(equal_4, 2 * size, ZRT_ALL ZRT_PAIRS("", "-16") ZRT_PAIRS("16", "-32"))
 ZRT_ARE_EQUAL(equal_8, 4 * size,
-              ZRT_ALL ZRT_PAIRS("") ZRT_PAIRS("16+") ZRT_PAIRS("32+") ZRT_PAIRS("48+"))
+              ZRT_ALL ZRT_PAIRS("", "-16") ZRT_PAIRS("16", "-32") ZRT_PAIRS("32", "-48")
+                  ZRT_PAIRS("48", "-64"))
 #undef ZRT_ARE_EQUAL
 #undef ZRT_PAIRS
 #undef ZRT_ALL
 
 // All bytes are read before one is stored.
-#define ZRT_LOAD(move, offset, front, back) \
-  move " " offset "%2, %%xmm" front "\n\t" move " " offset "%3, %%xmm" back "\n\t"
-#define ZRT_STORE(move, offset, front, back) \
-  move " %%xmm" front ", " offset "%0\n\t" move " %%xmm" back ", " offset "%1\n\t"
+#define ZRT_LOAD(move, front, back, x, y) \
+  move " " front "(%3), %%xmm" x "\n\t" move " " back "(%3,%4), %%xmm" y "\n\t"
+#define ZRT_STORE(move, front, back, x, y) \
+  move " %%xmm" x ", " front "(%2)\n\t" move " %%xmm" y ", " back "(%2,%4)\n\t"
 #define ZRT_COPY(name, span, moves, ...)                                                         \
   [[gnu::always_inline]] inline void name(char* target, const char* source, std::size_t count) { \
     asm(moves                                                                                    \
         : "=m"(view<span>(target)), "=m"(last<span>(target, count))                              \
-        : "m"(view<span>(source)), "m"(last<span>(source, count))ZRT_CHANGES(__VA_ARGS__));      \
+        : "r"(target), "r"(source), "r"(count), "m"(view<span>(source)),                         \
+          "m"(last<span>(source, count))ZRT_CHANGES(__VA_ARGS__));                               \
   }
-#define ZRT_EACH_2(of) of("movdqu", "", "0", "1")
-#define ZRT_EACH_4(of) ZRT_EACH_2(of) of("movdqu", "16+", "2", "3")
-#define ZRT_EACH_8(of) ZRT_EACH_4(of) of("movdqu", "32+", "4", "5") of("movdqu", "48+", "6", "7")
-ZRT_COPY(copy_halves, 8, ZRT_LOAD("movq", "", "0", "1") ZRT_STORE("movq", "", "0", "1"), "xmm0",
-         "xmm1")
+#define ZRT_EACH_2(of) of("movdqu", "", "-16", "0", "1")
+#define ZRT_EACH_4(of) ZRT_EACH_2(of) of("movdqu", "16", "-32", "2", "3")
+#define ZRT_EACH_8(of) \
+  ZRT_EACH_4(of) of("movdqu", "32", "-48", "4", "5") of("movdqu", "48", "-64", "6", "7")
+ZRT_COPY(copy_halves, 8, ZRT_LOAD("movq", "", "-8", "0", "1") ZRT_STORE("movq", "", "-8", "0", "1"),
+         "xmm0", "xmm1")
 ZRT_COPY(copy_2, size, ZRT_EACH_2(ZRT_LOAD) ZRT_EACH_2(ZRT_STORE), "xmm0", "xmm1")
 ZRT_COPY(copy_4, 2 * size, ZRT_EACH_4(ZRT_LOAD) ZRT_EACH_4(ZRT_STORE), "xmm0", "xmm1", "xmm2",
          "xmm3")
