@@ -110,43 +110,21 @@ inline void draw(cquad& z, int special) {
   draw(z.re, special);
   draw(z.im, special);
 }
-/// Where functions of REAL*8 and REAL*4 change their steps or leave their range, in size.
-inline constexpr double real_edges[] = {0.0,
-                                        INFINITY,
-                                        0x1p-1074,
-                                        0x1p-149,
-                                        0x1p-1022,
-                                        0x1p-126,
-                                        0x1p-900,
-                                        0x1p1023,
-                                        0x1p127,
-                                        0x1.628b76e3a7b6p+9,
-                                        0x1.6232bdd7abcd1p+9,
-                                        0x1.601e6ap+6,
-                                        0x1.5fe05cp+6,  // e**x
-                                        0x1.e0fabfbc702a6p-1,
-                                        0x1.1082b577d34fp+0,
-                                        0x1.e0facp-1,
-                                        0x1.1082b6p+0,  // ln x near 1
-                                        0x1.1c5832329691ap+28,
-                                        0x1p13,
-                                        0x1.1c5832329691ap+27,
-                                        0x1.921fb6p+13,  // sin x, tan x
-                                        0x1.6a09e667f3bc8p-27,
-                                        0x1p-12,
-                                        0.5,
-                                        1.0,
-                                        0x1.126145e9ecd56p-2,
-                                        0x1.126146p-2,
-                                        0x1p23,
-                                        0x1p24,
-                                        0x1p31,
-                                        0x1p52,
-                                        0x1p53,
-                                        0x1p63};
+/// Where functions of REAL*8 and REAL*4 change their steps or leave their range, in size: the ends
+/// of the formats, of e**x, of ln x near 1, of sin x and tan x, of degrees, of their inverses, and
+/// whole numbers.
+// clang-format off
+inline constexpr double real_edges[] = {
+    0.0, INFINITY, 0x1p-1074, 0x1p-149, 0x1p-1022, 0x1p-126, 0x1p-900, 0x1p1023, 0x1p127, 708.0,
+    0x1.628b76e3a7b6p+9, 0x1.6232bdd7abcd1p+9, 87.0, 0x1.601e6ap+6, 0x1.5fe05cp+6,
+    0x1.e0fabfbc702a6p-1, 0x1.1082b577d34fp+0, 0x1.e0facp-1, 0x1.1082b6p+0, 0x1.1c5832329691ap+28,
+    0x1p13, 0x1.1c5832329691ap+27, 0x1.921fb6p+13, 0x1p-1017, 0x1p-1019, 0x1p-121,
+    0x1.6a09e667f3bc8p-27, 0x1p-12, 0.5, 1.0, 0x1.126145e9ecd56p-2, 0x1.126146p-2, 0x1p23, 0x1p24,
+    0x1p31, 0x1p52, 0x1p53, 0x1p63};
+// clang-format on
 
-/// An ordinary number, among them whole ones, halves and multiples of pi/2 a few units off; or one
-/// of `special` in a hundred, at an edge or of any bits but a signalling NaN.
+/// An ordinary number, among them whole ones, halves and multiples of pi/2 and ln 2 / 2 a few units
+/// off; or one of `special` in a hundred, at an edge or of any bits but a signalling NaN.
 template <class F>
 requires std::is_floating_point_v<F>
 void draw(F& x, int special) {
@@ -158,6 +136,7 @@ void draw(F& x, int special) {
                              1 + fraction / 8,
                              whole / 2,
                              whole * 0x1.921fb54442d18p+0,
+                             whole * 0x1.62e42fefa39efp-2,
                              std::ldexp(fraction, static_cast<int>(below(100)) - 50)};
   x = static_cast<F>(ordinary[below(std::size(ordinary))]);
   if (below(100) < special) {
