@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "arrays.hpp"
+#include "support/guarded.hpp"
 
 namespace arrays {
 namespace {
@@ -91,6 +92,40 @@ TEST(ArraysFunctions, ProductsAndQuotientsOfComplex) {
         return zorvikrt_array_cqdiv(n, x, 1, y, 1, r, 1);
       },
       [](const cquad& x, const cquad& y) { return over(x, y); }, adjust_parts);
+}
+
+/// Copies at the end of a page, or at the start of one, with nothing behind or before them.
+template <class T>
+T* placed(support::guarded& room, const std::vector<T>& values, bool at_the_end) {
+  const auto* bytes = reinterpret_cast<const char*>(values.data());
+  return reinterpret_cast<T*>(room.place({bytes, values.size() * sizeof(T)}, at_the_end));
+}
+TEST(ArraysFunctions, NothingBeyondTheArraysIsTouched) {
+  support::guarded left(1 << 16), right(1 << 16), target(1 << 16);
+  on_every_level([&](const std::string&) {
+    for (const bool at_the_end : {false, true}) {
+      for (std::ptrdiff_t n = 1; n <= 33; ++n) {
+        const quad* const x = placed(left, drawn_array<quad>(n), at_the_end);
+        quad* const r = placed(target, drawn_array<quad>(n), at_the_end);
+        EXPECT_EQ(zorvikrt_array_tanl(n, x, 1, r, 1), 0);
+        EXPECT_EQ(zorvikrt_array_logl(n, x, 1, r, 1), 0);
+        const cquad* const z = placed(left, drawn_array<cquad>(n), at_the_end);
+        const cquad* const w = placed(right, drawn_array<cquad>(n), at_the_end);
+        EXPECT_EQ(zorvikrt_array_cqdiv(n, z, 1, w, 1,
+                                       placed(target, drawn_array<cquad>(n), at_the_end), 1),
+                  0);
+      }
+      for (std::ptrdiff_t n = 1; n <= 21; ++n) {
+        const quad* const a = placed(left, drawn_array<quad>(n * n), at_the_end);
+        const quad* const b = placed(right, drawn_array<quad>(n * n), at_the_end);
+        quad* const c = placed(target, drawn_array<quad>(n * n), at_the_end);
+        std::vector<std::int32_t> pivots(static_cast<std::size_t>(n));
+        EXPECT_EQ(zorvikrt_qgemm('N', 'T', n, n, n, a[0], a, n, b, n, b[0], c, n), 0);
+        EXPECT_EQ(zorvikrt_qtrsm('R', 'U', 'N', 'U', n, n, a[0], a, n, c, n), 0);
+        EXPECT_EQ(zorvikrt_qgetrf(n, n, c, n, pivots.data()), 0);
+      }
+    }
+  });
 }
 
 }  // namespace
