@@ -1,5 +1,4 @@
-// Sums, products, triangular systems and factorisations against their definitions as plain loops
-// over the entries: on every level, with special elements, on threads.
+// Linear algebra against its definition as plain loops over the entries, on levels and threads.
 
 #include <algorithm>
 #include <thread>
@@ -16,8 +15,7 @@ bool is(const T& a, const T& b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-/// A scalar that stands for a rule: zeros of either sign count.
-/// By their images, since subnormals compare as zeros here.
+/// A scalar that stands for a rule, by its image: zeros of either sign count.
 bool is_number(const quad& a, double x) {
   return (a.hi == x && support::bits(a.hi) << 1 == support::bits(x) << 1) &&
          support::bits(a.lo) << 1 == 0;
