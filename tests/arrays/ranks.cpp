@@ -1,5 +1,5 @@
-// Every operation of zorvikrt/mpi.h over values that do not depend on the number of ranks, printed by
-// rank 0 to the last bit.
+// Every operation of zorvikrt/mpi.h over values that do not depend on the number of ranks, printed
+// by rank 0 to the last bit.
 
 #include <zorvikrt/mpi.h>
 
