@@ -15,7 +15,7 @@
 // the kernels that they call are compiled once for each model.
 //
 // A kernel uses the operations below, which exist for each type of value: + - * /, loads, stores,
-// comparisons, choices, signs and the root. Its constants carry no L. The compiler sees each of
+// comparisons, signs and the root. Its constants carry no L. The compiler sees each of
 // them as it stands: no constant is folded in another precision (-frounding-math), no product and
 // sum are fused (-ffp-contract=off), and no minus moves through a product.
 
@@ -153,7 +153,7 @@ template <std::same_as<double> V>
 }
 #endif
 
-// --- Comparisons and choice ---------------------------------------------------------------------
+// --- Comparisons --------------------------------------------------------------------------------
 // As those of `reg`: a quiet NaN raises no flag, and the four relations are false for it. The
 // second operand takes the type of the first.
 
@@ -194,12 +194,6 @@ template <format F, std::same_as<reg> V>
 template <std::same_as<reg> V, std::signed_integral Integer>
 [[gnu::always_inline]] inline V load_integer(const Integer& value) {
   return load_integer(value);
-}
-
-/// One of two values. A kernel that takes it instead of a branch runs on lanes as well.
-template <class V>
-[[gnu::always_inline]] inline V chosen(bool condition, V yes, V no) {
-  return condition ? yes : no;
 }
 
 }  // namespace zrt
