@@ -13,12 +13,7 @@
 #define ZRT_TEXT(text) ZRT_TEXT_OF(text)
 #define ZRT_NAME(name) ZRT_TEXT(__USER_LABEL_PREFIX__) #name
 #if defined(__ELF__)
-// The address of the flag by a call of the next instruction, which processors keep out of their
-// predictions of returns: it costs one taken jump less than a call of a function that reads it.
-#define ZRT_TEST_SSE2 \
-  "call 7f\n"         \
-  "7: popl %eax\n\t"  \
-  "cmpb $0, _ZN3zrt9processor8has_sse2E - 7b(%eax)\n\t"
+#define ZRT_TEST_SSE2 ZRT_COMPARE_HAS_SSE2("%eax")
 #else
 #define ZRT_TEST_SSE2 "cmpb $0, " ZRT_NAME(_ZN3zrt9processor8has_sse2E) "\n\t"
 #endif

@@ -9,10 +9,13 @@
 namespace zrt::character {
 namespace {
 
+/// Whether what lies between the first and the last character of `part` stands at `place`, too.
+bool stands_between(const char* place, const char* part, std::size_t length) {
+  return length <= 2 || std::memcmp(place + 1, part + 1, length - 2) == 0;
+}
 /// Whether `part` stands at `place`, its first character there being found already.
 bool stands(const char* place, const char* part, std::size_t length) {
-  return place[length - 1] == part[length - 1] &&
-         (length <= 2 || std::memcmp(place + 1, part + 1, length - 2) == 0);
+  return place[length - 1] == part[length - 1] && stands_between(place, part, length);
 }
 
 /// The first two characters as a number.
@@ -81,7 +84,7 @@ const char* last_place_of_frequent(const char* text, std::size_t starts, const c
     for (unsigned found = blocks::places_of_both(at, at + part_length - 1, first, last); found != 0;
          found &= found - 1) {
       const char* const place = at + __builtin_ctz(found);
-      if (part_length <= 2 || std::memcmp(place + 1, part + 1, part_length - 2) == 0) return place;
+      if (stands_between(place, part, part_length)) return place;
       if (--misses < 0)
         return first_place_of_frequent(
             place + 1, static_cast<std::size_t>(text + length - place) - 1, part, part_length);

@@ -14,15 +14,18 @@ struct [[gnu::visibility("hidden")]] processor {
 };
 
 #if defined(__i386__) && defined(__ELF__)
-/// `has_sse2` without the address of the GOT, whose function costs two jumps that are taken, some
-/// 4 cycles. Processors keep a call of the next instruction out of their predictions of returns.
+/// Compares `has_sse2` with 0, by way of a register and without the address of the GOT, whose
+/// function costs two jumps that are taken, some 4 cycles. Processors keep a call of the next
+/// instruction out of their predictions of returns.
+#define ZRT_COMPARE_HAS_SSE2(register) \
+  "call 7f\n"                          \
+  "7: popl " register                  \
+  "\n\t"                               \
+  "cmpb $0, _ZN3zrt9processor8has_sse2E - 7b(" register ")\n\t"
 [[gnu::always_inline]] inline bool sse2_is_usable() {
   bool usable;
   const void* here;
-  asm("call 1f\n"
-      "1: popl %1\n\t"
-      "cmpb $0, _ZN3zrt9processor8has_sse2E - 1b(%1)"
-      : "=@ccne"(usable), "=r"(here));
+  asm(ZRT_COMPARE_HAS_SSE2("%1") : "=@ccne"(usable), "=r"(here));
   return usable;
 }
 #else
